@@ -1,0 +1,42 @@
+// One form input on its way between JSON and a property bag, in either direction.
+#pragma once
+
+#include "messages/property_bag.h"
+
+struct input_record {
+  wide_string name;
+  wide_string value;
+  wide_string type;
+  wide_string id;
+  wide_string readonly;
+  wide_string context;
+  wide_string form_context;
+  wide_string dbSchema;
+  wide_string dbvalue;
+};
+
+// Where a field of the record stands in JSON and in a bag. The two vocabularies are independent.
+struct input_field {
+  wide_string input_record::*member;
+  const char* json_key;
+  const wide_char* bag_key;
+};
+
+// In the order of the record, which is that of the JSON written.
+inline constexpr input_field input_fields[] = {
+    {&input_record::name, "name", u"name"},
+    {&input_record::value, "value", u"value"},
+    {&input_record::type, "type", u"type"},
+    {&input_record::id, "id", u"id"},
+    {&input_record::readonly, "readonly", u"readonly"},
+    {&input_record::context, "context", u"context"},
+    {&input_record::form_context, "form_context", u"form-context"},
+    {&input_record::dbSchema, "dbSchema", u"cf-schema"},
+    {&input_record::dbvalue, "dbvalue", u"cf-value"},
+};
+
+// Enters all nine fields, empty ones too.
+void store_input_record(const input_record& record, propsW_t& bag);
+
+// The record of a bag; a field that the bag lacks is empty.
+input_record load_input_record(const propsW_t& bag);

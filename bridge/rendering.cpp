@@ -1,0 +1,58 @@
+#include "bridge/rendering.h"
+
+#include "bridge/input_record.h"
+#include "json/writer.h"
+#include "messages/records.h"
+#include "transport/text.h"
+
+namespace {
+
+// Writes the entries of a property or settings bag, each under its own key.
+void render_entries(pair_stream& stream, const text_map& entries) {
+  std::string key;
+  for (const text_map::pair& entry : entries) {
+    if (wide_to_utf8(key, entry.key_text())) json_put_wide(stream, key, entry.value_text());
+  }
+}
+
+void render_input(pair_stream& list, const propsW_t& bag) {
+  const input_record record = load_input_record(bag);
+  pair_stream input;
+  for (const input_field& field : input_fields) {
+    json_put_wide(input, field.json_key, record.*field.member);
+  }
+  list << json_close_object(input) << ',';
+}
+
+void render_bag(pair_stream& stream, const char* key, const CfSettings& settings) {
+  pair_stream inner;
+  json_put_object(stream, key, render_settings(inner, settings));
+}
+
+}  // namespace
+
+pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message) {
+  json_put_wide(stream, "sender", message.sender);
+  render_entries(stream, message.props.map());
+  pair_stream list;
+  for (const propsW_t& bag : message.inputs) render_input(list, bag);
+  json_put_array(stream, "inputs", list);
+  return json_put_array(stream, "dbItems", pair_stream());
+}
+
+pair_stream& render_settings(pair_stream& stream, const CfSettings& settings) {
+  render_entries(stream, settings.map());
+  return stream;
+}
+
+pair_stream& render_coffer_data(pair_stream& stream, const void* data) {
+  using namespace coffer_data_record;
+  json_put_int(stream, "fUpdate", record_int(data, fUpdate_offset));
+  json_put_int(stream, "flags", record_int(data, flags_offset));
+  json_put_int(stream, "agPid", record_int(data, agPid_offset));
+  json_put_int(stream, "agStatus", record_int(data, agStatus_offset));
+  json_put_int(stream, "dbStatus", record_int(data, dbStatus_offset));
+  render_bag(stream, "settings", record_settings(data, settings_offset));
+  render_bag(stream, "default_settings", record_settings(data, default_settings_offset));
+  return stream;
+}

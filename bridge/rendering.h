@@ -1,0 +1,16 @@
+// Renders what the agent sends as JSON pairs. The caller closes the stream and gives it a name.
+#pragma once
+
+#include "json/pair_stream.h"
+#include "messages/settings.h"
+#include "messages/website.h"
+
+// The page's sender, its properties under the bag's own keys, its inputs under the names that requests
+// use, and an empty list of items. A text that can't be converted gives null, a key none at all.
+pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message);
+
+// Every setting, in key order.
+pair_stream& render_settings(pair_stream& stream, const CfSettings& settings);
+
+// The five numbers and two settings bags of a "msg::CfMsgCofferData" record.
+pair_stream& render_coffer_data(pair_stream& stream, const void* data);

@@ -1,0 +1,37 @@
+# One set of options for every target of the tree.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+include(CheckPIESupported)
+check_pie_supported()
+
+# Everything beside the executable: the agent library is looked for there.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+set(CFHOST_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wundef -Wcast-qual
+  -Woverloaded-virtual -Werror
+  # Fused multiply-add would change the single-precision results of the parser.
+  -ffp-contract=off)
+
+include_directories(${PROJECT_SOURCE_DIR})
+
+if(CFHOST_SANITIZE)
+  add_compile_options(-fsanitize=${CFHOST_SANITIZE} -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${CFHOST_SANITIZE})
+endif()
+
+if(CFHOST_HARDEN)
+  add_compile_options(-fstack-protector-strong -D_FORTIFY_SOURCE=2)
+  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()

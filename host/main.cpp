@@ -1,0 +1,59 @@
+// The host process: reads requests for as long as its input lives and hands them to the agent. What
+// the agent has to say goes out on the threads of the client library; this thread never writes to
+// standard output.
+
+#include <chrono>
+#include <string>
+
+#include "bridge/agent_observer.h"
+#include "bridge/dispatcher.h"
+#include "host/diagnostics.h"
+#include "host/exit_actions.h"
+#include "messages/client_library.h"
+#include "platform/platform.h"
+#include "transport/frame_reader.h"
+
+namespace {
+
+enum exit_value {
+  exit_input_ended = 0,
+  exit_no_library = 1,
+  exit_no_interface = 2,
+};
+
+// How long the end of the process waits for notifications that are being written. The browser counts
+// on a prompt end, also when it has stopped reading.
+constexpr std::chrono::milliseconds exit_patience{500};
+
+iCfClient* get_client() {
+  if (client_library.module == nullptr || client_library.api == nullptr) return nullptr;
+  return static_cast<iCfClient*>(client_library.api->getInterface(client_interface));
+}
+
+void serve_input() {
+  std::string message;
+  while (read_message(message) == read_complete) {
+    dispatch_method(message);
+    message.clear();
+  }
+}
+
+}  // namespace
+
+// The browser passes arguments; they have no effect.
+int main() {
+  register_exit_actions();
+  read_dump_switch();
+  platform::prepare_standard_streams();
+  if (!load_client_next_to(platform::own_module())) return exit_no_library;
+  agent_client = get_client();
+  if (agent_client == nullptr) return exit_no_interface;
+  agent_client->addObserver(&agentObserver);
+
+  serve_input();
+
+  // A notification that is stuck in a full pipe holds the stream, and the runtime's way out would wait
+  // for that stream for ever.
+  if (!close_agent_observer(exit_patience)) platform::leave_now(exit_input_ended);
+  return exit_input_ended;
+}

@@ -1,0 +1,33 @@
+// One value of a parsed JSON text. Nodes live in a node_arena; keys and strings lie in the text that
+// was parsed. A tree is valid as long as both live.
+#pragma once
+
+#include <cstdint>
+
+enum json_kind : std::int32_t {
+  kind_null = 0,
+  kind_object = 1,
+  kind_array = 2,
+  kind_string = 3,
+  kind_int = 4,
+  kind_float = 5,
+  kind_bool = 6,
+};
+
+union json_value {
+  const char* string;    // kind_string: decoded and terminated; the first NUL ends it
+  std::int32_t integer;  // kind_int
+  float number;          // kind_float
+  std::int32_t boolean;  // kind_bool: 1 or 0
+};
+static_assert(sizeof(json_value) == 8);
+
+struct json_node {
+  json_node* parent;        // null for the root
+  json_node* next_sibling;  // null on the last child
+  json_node* first_child;   // null unless an object or array that has children
+  json_node* last_child;    // where the next child goes
+  const char* name;         // the key, or null for a value that no key preceded
+  json_value value;         // zero for null, objects and arrays
+  json_kind kind;
+};

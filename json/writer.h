@@ -1,0 +1,27 @@
+// Writes compact RFC 8259 JSON, pair by pair, without a document tree.
+//
+// Keys and narrow values are UTF-8 and are quoted here, never before. The put operations append one
+// pair and a comma, and return the stream. Nothing is sorted and duplicate keys aren't looked for.
+#pragma once
+
+#include "json/pair_stream.h"
+#include "platform/wide.h"
+
+pair_stream& json_put_int(pair_stream& stream, std::string_view key, std::int32_t value);
+pair_stream& json_put_string(pair_stream& stream, std::string_view key, std::string_view value);
+pair_stream& json_put_null(pair_stream& stream, std::string_view key);
+
+// The UTF-8 form of `value`, or null when it can't be converted.
+pair_stream& json_put_wide(pair_stream& stream, std::string_view key, wide_view value);
+
+// The members of `inner` as one object or array.
+pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner);
+pair_stream& json_put_array(pair_stream& stream, std::string_view key, const pair_stream& inner);
+
+// `text` as a string literal, quotes included. The solidus is escaped only where another character
+// needs an escape; bytes from 127 up pass unchanged.
+std::string json_quote(std::string_view text);
+
+// The closed container: brackets around the stream's text without its last comma.
+std::string json_close_object(const pair_stream& stream);
+std::string json_close_array(const pair_stream& stream);

@@ -1,0 +1,100 @@
+// The messages that have no page behind them.
+#pragma once
+
+#include "messages/message.h"
+#include "messages/settings.h"
+#include "messages/window_position.h"
+
+// A URL that the agent wants opened. Inbound.
+class CfMsgOpenUrl final : public iCfMsg {
+ public:
+  static constexpr cfName type_name{u"msg::CfMsgOpenUrl"};
+
+  wide_string uuid;  // goes with the URL to the extension
+  wide_string url;
+
+  std::int32_t release() override;
+  void* query(const cfName& n) override;
+  cfName name() const override;
+  bool write(cfOStream& s) override;
+  bool read(cfIStream& s) override;
+};
+
+enum console_code : std::uint32_t {
+  console_open = 1,
+  console_configure = 3,
+  console_settings = 5,
+};
+
+// Asks for the console.
+class CfMsgRunConsole final : public CfMsgNpcomm {
+ public:
+  static constexpr cfName type_name{u"msg::CfMsgRunConsole"};
+
+  std::uint32_t consoleCode;
+  wide_string consoleText1;
+  wide_string consoleText2;
+
+  explicit CfMsgRunConsole(std::uint32_t code) : consoleCode(code) {}
+  std::int32_t release() override;
+  void* query(const cfName& n) override;
+  cfName name() const override;
+  bool write(cfOStream& s) override;
+  bool read(cfIStream& s) override;
+};
+
+// Asks for the settings. Has no form: the library takes the object itself.
+class CfMsgGetSettings final : public iCfMsg {
+ public:
+  static constexpr cfName type_name{u"msg::CfMsgGetSettings"};
+
+  CfSettings settings;
+  CfSettings settings2;
+  CfDummySettings defaults;
+
+  std::int32_t release() override;
+  void* query(const cfName& n) override;
+  cfName name() const override;
+};
+
+// A command to the store: as made, to lock it.
+class CfMsgCfDbCmd final : public CfMsgNpcomm {
+ public:
+  static constexpr cfName type_name{u"msg::CfMsgCfDbCmd"};
+
+  std::uint32_t command = 5;
+  wide_string dbText1;
+  wide_string dbText2;
+  wide_string dbText3;
+  std::uint32_t dbArg1 = 0;
+  std::uint32_t dbArg2 = UINT32_MAX;
+
+  CfMsgCfDbCmd() : CfMsgNpcomm(30000) {}
+  std::int32_t release() override;
+  void* query(const cfName& n) override;
+  cfName name() const override;
+  bool write(cfOStream& s) override;
+  bool read(cfIStream& s) override;
+};
+
+// Asks for the store to be unlocked, in a dialog at `pos`.
+class CfMsgUnLockDb final : public CfMsgNpcomm {
+ public:
+  static constexpr cfName type_name{u"msg::CfMsgUnLockDb.1"};
+
+  wide_string unlockText1;
+  wide_string unlockText2;
+  std::uint32_t unlockArg = 0;
+  CfWndPos pos;
+
+  std::int32_t release() override;
+  void* query(const cfName& n) override;
+  cfName name() const override;
+  bool write(cfOStream& s) override;
+  bool read(cfIStream& s) override;
+};
+
+// New messages with one reference, which is the caller's.
+CfMsgRunConsole* make_run_console(std::uint32_t code);
+CfMsgGetSettings* make_get_settings();
+CfMsgUnLockDb* make_unlock_db();

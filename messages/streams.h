@@ -1,0 +1,83 @@
+// The byte streams that messages are read from and written to.
+//
+// A payload is a plain concatenation of fields: wide strings as their UTF-16 code units, low byte
+// first, with a zero unit behind; integers as 4 bytes, low byte first. Nothing is aligned.
+// docs/messages.md describes the forms.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/wide.h"
+
+// A terminated wide string inside a payload: where it starts, possibly at an odd address, and its
+// length in code units without the terminator. A default one stands for a string that wasn't there.
+struct payload_text {
+  const unsigned char* bytes = nullptr;
+  std::size_t length = 0;
+
+  explicit operator bool() const { return bytes != nullptr; }
+  bool empty() const { return length == 0; }
+  // Compares every code unit, so that no prefix matches.
+  bool operator==(wide_view text) const;
+  wide_string str() const;
+};
+
+// Reader over one payload, whose bytes it doesn't own. A field that isn't whole turns `ok` false for
+// good; later reads go on harmlessly. Used by one thread.
+class cfIStream {
+ public:
+  // A `length` of 0 or less is a payload without bytes.
+  cfIStream(const unsigned char* begin, std::ptrdiff_t length) : begin_(begin), end_(length) {}
+  virtual ~cfIStream() = default;
+  cfIStream(const cfIStream&) = delete;
+  cfIStream& operator=(const cfIStream&) = delete;
+
+  bool ok() const { return ok_; }
+  void fail() { ok_ = false; }
+
+  // The next string, or none when its terminator doesn't lie wholly inside the payload.
+  payload_text readWide();
+
+  // The same string into `target`, which becomes empty where there is none.
+  cfIStream& readWide(wide_string& target);
+
+  // The next 4 bytes into `target`, which keeps its value where there aren't as many. The position
+  // moves on by 4 in any case.
+  cfIStream& readU32(std::uint32_t& target);
+  cfIStream& readU32(std::int32_t& target);
+
+ private:
+  const unsigned char* begin_;
+  // Offsets from `begin_`, not pointers: the position may pass the end of the payload.
+  std::ptrdiff_t end_;
+  std::ptrdiff_t cursor_ = 0;
+  bool ok_ = true;
+};
+
+// What takes the bytes of an outgoing message: an object of the client library.
+class cfSink {
+ public:
+  virtual ~cfSink() = default;
+
+  // False when the bytes weren't taken.
+  virtual bool write_bytes(const void* bytes, std::uint64_t size) = 0;
+};
+
+// The writer that the client library hands to `write`. Its object, used in place: the layout is fixed.
+struct cfOStream {
+  std::uint64_t reserved1;
+  cfSink* sink;
+  unsigned char reserved2;
+  unsigned char ok;  // nonzero: no failure so far
+
+  // The one way of writing: one call of the sink, and none after the first failure. Without a sink
+  // every call fails.
+  void putBytes(const void* data, std::size_t size);
+
+  // One string with its terminator, which `text` must have behind it.
+  void putWide(wide_view text);
+  void putU32(std::uint32_t value);
+};
+static_assert(offsetof(cfOStream, sink) == 8);
+static_assert(offsetof(cfOStream, ok) == 17);

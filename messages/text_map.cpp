@@ -1,0 +1,168 @@
+#include "messages/text_map.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t first_pairs = 12;    // holds an input's nine, and most pages' properties
+constexpr std::size_t first_units = 256;   // text of an ordinary input, keys included
+
+bool key_below(const text_map::pair& a, const text_map::pair& b) {
+  return a.key_text() < b.key_text();
+}
+
+}  // namespace
+
+// Header of a block; its text follows and goes on to `end`.
+struct text_map::block {
+  block* older;
+  wide_char* end;
+
+  wide_char* text() { return reinterpret_cast<wide_char*>(this + 1); }
+};
+
+const text_map::pair* text_map::find(wide_view key) const {
+  const pair* const position = lower_bound(key);
+  return matches(position, key) ? position : nullptr;
+}
+
+void text_map::set(wide_view key, wide_view value) {
+  pair* const position = lower_bound(key);
+  if (!matches(position, key)) {
+    insert(position, make_pair(key.data(), key.size(), value.data(), value.size()));
+    return;
+  }
+  if (value.size() > position->value_capacity) {
+    // Twice the room, so that a value which grows again and again doesn't leave more than its own
+    // size behind.
+    const std::size_t capacity = 2 * value.size();
+    position->value = take_room(capacity + 1);
+    position->value_capacity = static_cast<std::uint32_t>(capacity);
+  }
+  // The room is the map's own, const only for readers. The new value may be a part of the old one.
+  auto* const room = const_cast<wide_char*>(position->value);
+  if (!value.empty()) std::memmove(room, value.data(), value.size() * sizeof(wide_char));
+  room[value.size()] = 0;
+  position->value_length = static_cast<std::uint32_t>(value.size());
+}
+
+void text_map::merge(const text_map& other) {
+  if (this == &other) return;
+  for (const pair& p : other) set(p.key_text(), p.value_text());
+}
+
+bool text_map::erase(wide_view key) {
+  pair* const position = lower_bound(key);
+  if (!matches(position, key)) return false;
+  std::copy(position + 1, pairs_ + size_, position);
+  --size_;
+  return true;
+}
+
+void text_map::clear() {
+  while (newest_ != nullptr) {
+    block* const older = newest_->older;
+    ::operator delete(newest_);
+    newest_ = older;
+  }
+  ::operator delete(pairs_);
+  pairs_ = nullptr;
+  free_ = nullptr;
+  size_ = capacity_ = 0;
+}
+
+text_map::pair* text_map::lower_bound(wide_view key) const {
+  return std::lower_bound(pairs_, pairs_ + size_, key,
+                          [](const pair& p, wide_view k) { return p.key_text() < k; });
+}
+
+bool text_map::matches(const pair* position, wide_view key) const {
+  return position != pairs_ + size_ && position->key_text() == key;
+}
+
+// Copies both texts, which may lie at odd addresses, into one piece of room.
+text_map::pair text_map::make_pair(const void* key, std::size_t key_length, const void* value,
+                                   std::size_t value_length) {
+  wide_char* const key_room = take_room(key_length + value_length + 2);
+  wide_char* const value_room = key_room + key_length + 1;
+  if (key_length > 0) std::memcpy(key_room, key, key_length * sizeof(wide_char));
+  if (value_length > 0) std::memcpy(value_room, value, value_length * sizeof(wide_char));
+  key_room[key_length] = 0;
+  value_room[value_length] = 0;
+  const auto capacity = static_cast<std::uint32_t>(value_length);
+  return {key_room, value_room, static_cast<std::uint32_t>(key_length), capacity, capacity};
+}
+
+void text_map::insert(pair* position, const pair& added) {
+  const std::size_t index = static_cast<std::size_t>(position - pairs_);
+  reserve(size_ + std::size_t{1});
+  std::copy_backward(pairs_ + index, pairs_ + size_, pairs_ + size_ + 1);
+  pairs_[index] = added;
+  ++size_;
+}
+
+void text_map::reserve(std::size_t count) {
+  if (count <= capacity_) return;
+  const std::size_t capacity = std::max({count, first_pairs, std::size_t{2} * capacity_});
+  auto* const larger = static_cast<pair*>(::operator new(capacity * sizeof(pair)));
+  std::copy(pairs_, pairs_ + size_, larger);
+  ::operator delete(pairs_);
+  pairs_ = larger;
+  capacity_ = static_cast<std::uint32_t>(capacity);
+}
+
+wide_char* text_map::take_room(std::size_t units) {
+  if (newest_ == nullptr || static_cast<std::size_t>(newest_->end - free_) < units) {
+    const std::size_t previous =
+        newest_ == nullptr ? 0 : static_cast<std::size_t>(newest_->end - newest_->text());
+    const std::size_t capacity = std::max({units, first_units, 2 * previous});
+    void* const memory = ::operator new(sizeof(block) + capacity * sizeof(wide_char));
+    auto* const added = new (memory) block;
+    added->older = newest_;
+    added->end = added->text() + capacity;
+    newest_ = added;
+    free_ = added->text();
+  }
+  wide_char* const room = free_;
+  free_ += units;
+  return room;
+}
+
+void text_map::assign(const text_map& other) {
+  clear();
+  reserve(other.size_);
+  for (const pair& p : other) {
+    pairs_[size_++] = make_pair(p.key, p.key_length, p.value, p.value_length);
+  }
+}
+
+void text_map::swap(text_map& other) noexcept {
+  std::swap(pairs_, other.pairs_);
+  std::swap(size_, other.size_);
+  std::swap(capacity_, other.capacity_);
+  std::swap(newest_, other.newest_);
+  std::swap(free_, other.free_);
+}
+
+void text_map::batch::add(const payload_text& key, const payload_text& value) {
+  const pair added = map_.make_pair(key.bytes, key.length, value.bytes, value.length);
+  map_.reserve(map_.size_ + std::size_t{1});
+  ordered_ = ordered_ && (map_.empty() || key_below(map_.pairs_[map_.size_ - 1], added));
+  map_.pairs_[map_.size_++] = added;
+}
+
+text_map::batch::~batch() {
+  if (ordered_) return;
+  pair* const first = map_.pairs_;
+  pair* const end = first + map_.size_;
+  std::stable_sort(first, end, key_below);
+  pair* kept = first;
+  for (const pair* at = first; at != end; ++at) {
+    const bool replaced = at + 1 != end && !key_below(at[0], at[1]);
+    if (!replaced) *kept++ = *at;
+  }
+  map_.size_ = static_cast<std::uint32_t>(kept - first);
+}

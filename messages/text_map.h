@@ -1,0 +1,101 @@
+// An ordered map from wide key to wide value, made for bags: a dozen pairs, filled once, walked in
+// key order. Pairs lie in key order in one array; their text lies in blocks that never move.
+//
+// Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and capitals
+// before small letters. A pointer to a key or value stays good until that pair is changed or erased,
+// whatever else is added. Memory of erased pairs comes back when the map is cleared or destroyed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "messages/streams.h"
+#include "platform/wide.h"
+
+class text_map {
+ public:
+  // One pair; both texts are terminated and hold no zero unit.
+  struct pair {
+    const wide_char* key;
+    const wide_char* value;
+    std::uint32_t key_length;
+    std::uint32_t value_length;
+    std::uint32_t value_capacity;
+
+    wide_view key_text() const { return {key, key_length}; }
+    wide_view value_text() const { return {value, value_length}; }
+  };
+  class batch;
+
+  text_map() = default;
+  ~text_map() { clear(); }
+  text_map(const text_map& other) { assign(other); }
+  text_map(text_map&& other) noexcept { swap(other); }
+  text_map& operator=(const text_map& other) {
+    if (this != &other) assign(other);
+    return *this;
+  }
+  text_map& operator=(text_map&& other) noexcept {
+    swap(other);
+    return *this;
+  }
+
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+
+  // The pairs in key order.
+  const pair* begin() const { return pairs_; }
+  const pair* end() const { return pairs_ + size_; }
+
+  // The pair of a key, or null.
+  const pair* find(wide_view key) const;
+
+  // Enters the pair, or replaces the value of a key that is there.
+  void set(wide_view key, wide_view value);
+
+  // Lays copies of all pairs of `other` over these.
+  void merge(const text_map& other);
+
+  // True if the key was there.
+  bool erase(wide_view key);
+
+  void clear();
+
+ private:
+  struct block;
+
+  pair* lower_bound(wide_view key) const;
+  bool matches(const pair* position, wide_view key) const;
+  pair make_pair(const void* key, std::size_t key_length, const void* value,
+                 std::size_t value_length);
+  void insert(pair* position, const pair& added);
+  void reserve(std::size_t count);
+  wide_char* take_room(std::size_t units);
+  void assign(const text_map& other);
+  void swap(text_map& other) noexcept;
+
+  pair* pairs_ = nullptr;
+  std::uint32_t size_ = 0;
+  std::uint32_t capacity_ = 0;
+  block* newest_ = nullptr;
+  wide_char* free_ = nullptr;  // first unused unit of the newest block
+};
+
+// Settings bags lie inside records of a fixed layout, which leaves this much for their map.
+static_assert(sizeof(text_map) == 32);
+
+// Enters many pairs of unknown order and number in O(n log n); of equal keys the last one wins, and
+// all win over pairs that the map held before. The map may not be used while a batch is open on it.
+class text_map::batch {
+ public:
+  explicit batch(text_map& map) : map_(map) {}
+  ~batch();
+  batch(const batch&) = delete;
+  batch& operator=(const batch&) = delete;
+
+  void add(const payload_text& key, const payload_text& value);
+
+ private:
+  text_map& map_;
+  bool ordered_ = true;  // each key so far is above the one before it
+};

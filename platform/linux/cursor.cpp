@@ -1,0 +1,117 @@
+// The pointer of the X server. The client library of the X protocol is opened when a position is
+// first asked for: most starts never need it, and the host must also run where it isn't installed.
+#include <dlfcn.h>
+#include <poll.h>
+#include <xcb/xcb.h>
+#include <xcb/xcbext.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "platform/platform.h"
+
+namespace platform {
+namespace {
+
+// A server on this machine answers within microseconds. One that hangs must not stop the requests.
+constexpr int answer_timeout_ms = 250;
+
+struct free_memory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+struct xcb_library {
+  void* module = dlopen("libxcb.so.1", RTLD_NOW | RTLD_LOCAL);
+
+  template <class Function>
+  Function* function(const char* name) const {
+    return module ? reinterpret_cast<Function*>(dlsym(module, name)) : nullptr;
+  }
+
+  decltype(xcb_connect)* connect = function<decltype(xcb_connect)>("xcb_connect");
+  decltype(xcb_disconnect)* disconnect = function<decltype(xcb_disconnect)>("xcb_disconnect");
+  decltype(xcb_connection_has_error)* has_error =
+      function<decltype(xcb_connection_has_error)>("xcb_connection_has_error");
+  decltype(xcb_get_file_descriptor)* file_descriptor =
+      function<decltype(xcb_get_file_descriptor)>("xcb_get_file_descriptor");
+  decltype(xcb_get_setup)* setup = function<decltype(xcb_get_setup)>("xcb_get_setup");
+  decltype(xcb_setup_roots_iterator)* roots =
+      function<decltype(xcb_setup_roots_iterator)>("xcb_setup_roots_iterator");
+  decltype(xcb_screen_next)* next_screen = function<decltype(xcb_screen_next)>("xcb_screen_next");
+  decltype(xcb_query_pointer)* query_pointer =
+      function<decltype(xcb_query_pointer)>("xcb_query_pointer");
+  decltype(xcb_flush)* flush = function<decltype(xcb_flush)>("xcb_flush");
+  decltype(xcb_poll_for_reply)* poll_for_reply =
+      function<decltype(xcb_poll_for_reply)>("xcb_poll_for_reply");
+
+  bool complete() const {
+    return connect && disconnect && has_error && file_descriptor && setup && roots && next_screen &&
+           query_pointer && flush && poll_for_reply;
+  }
+};
+
+// A connection that outlives the single question; one that broke is replaced at the next one.
+class pointer_source {
+ public:
+  bool ask(screen_point& point) {
+    if (!xcb_.complete() || !connected()) return false;
+    const xcb_query_pointer_cookie_t question = xcb_.query_pointer(connection_, root_);
+    xcb_.flush(connection_);
+    void* answer = nullptr;
+    if (!wait_for(question.sequence, answer)) {
+      drop_connection();
+      return false;
+    }
+    const std::unique_ptr<xcb_query_pointer_reply_t, free_memory> reply(
+        static_cast<xcb_query_pointer_reply_t*>(answer));
+    if (!reply) return false;
+    point = {reply->root_x, reply->root_y};
+    return true;
+  }
+
+ private:
+  bool connected() {
+    if (connection_ && xcb_.has_error(connection_)) drop_connection();
+    if (connection_) return true;
+    int screen = 0;
+    connection_ = xcb_.connect(nullptr, &screen);
+    if (xcb_.has_error(connection_)) {
+      drop_connection();
+      return false;
+    }
+    xcb_screen_iterator_t iterator = xcb_.roots(xcb_.setup(connection_));
+    for (; screen > 0 && iterator.rem > 1; --screen) xcb_.next_screen(&iterator);
+    root_ = iterator.data->root;
+    return true;
+  }
+
+  bool wait_for(unsigned sequence, void*& answer) {
+    pollfd readable = {xcb_.file_descriptor(connection_), POLLIN, 0};
+    for (;;) {
+      xcb_generic_error_t* error = nullptr;
+      if (xcb_.poll_for_reply(connection_, sequence, &answer, &error)) {
+        std::free(error);
+        return !xcb_.has_error(connection_);
+      }
+      if (poll(&readable, 1, answer_timeout_ms) <= 0) return false;
+    }
+  }
+
+  void drop_connection() {
+    xcb_.disconnect(connection_);
+    connection_ = nullptr;
+  }
+
+  xcb_library xcb_;
+  xcb_connection_t* connection_ = nullptr;
+  xcb_window_t root_ = 0;
+};
+
+}  // namespace
+
+bool cursor_position(screen_point& point) {
+  static pointer_source source;
+  return source.ask(point);
+}
+
+}  // namespace platform

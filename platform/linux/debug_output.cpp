@@ -1,0 +1,64 @@
+// The stand-in for a debugger's output window: one datagram per line to a socket in the user's own
+// runtime folder. Nobody listening means that the line is gone; messages hold passwords, so they must
+// not pile up anywhere.
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "platform/platform.h"
+
+namespace platform {
+namespace {
+
+struct debug_socket {
+  int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  sockaddr_un address{};
+
+  debug_socket() {
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/%u/cfhost.debug",
+                  CFHOST_RUNTIME_DIR, static_cast<unsigned>(getuid()));
+  }
+};
+
+void send_line(const char* line, std::size_t length) {
+  static const debug_socket target;
+  (void)sendto(target.fd, line, length, MSG_DONTWAIT | MSG_NOSIGNAL,
+               reinterpret_cast<const sockaddr*>(&target.address), sizeof target.address);
+}
+
+}  // namespace
+
+void write_debug_line(const char* line) { send_line(line, std::strlen(line)); }
+
+void write_debug_line(const wide_char* line) {
+  const wide_view text(line);
+  std::string narrow(3 * text.size(), '\0');
+  const std::size_t length =
+      utf16_to_utf8(text.data(), static_cast<std::uint32_t>(text.size()), narrow.data());
+  send_line(narrow.data(), length);
+}
+
+// A tracer shows as a process id other than 0 in the process's own status.
+bool debugger_attached() {
+  char status[4096];
+  const int fd = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const ssize_t length = read(fd, status, sizeof status);
+  close(fd);
+
+  constexpr std::string_view field = "\nTracerPid:\t";
+  const std::string_view text(status, length > 0 ? static_cast<std::size_t>(length) : 0);
+  const std::size_t at = text.find(field);
+  return at != std::string_view::npos && text.substr(at + field.size(), 2) != "0\n";
+}
+
+std::int32_t current_thread_id() { return static_cast<std::int32_t>(syscall(SYS_gettid)); }
+
+}  // namespace platform

@@ -1,0 +1,97 @@
+// Everything that differs between operating systems, as the host needs it. Each system has one
+// implementation in a folder of its own, chosen by the build; no other code tests for a system.
+//
+// Unless said otherwise a function may be called from any thread, and never throws.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/wide.h"
+
+namespace platform {
+
+// --- Standard streams and process end ------------------------------------------------------------
+
+// Lets raw bytes pass through standard output and standard input, and turns a reader that has gone
+// away into a failed write instead of the end of the process. Called once, before any transfer.
+void prepare_standard_streams();
+
+// Ends the process at once: no exit action runs and no stream is flushed.
+[[noreturn]] void leave_now(int exit_value);
+
+// --- Configuration -------------------------------------------------------------------------------
+
+// Where one value of a system-wide configuration file stands.
+struct config_key {
+  wide_view folder;   // below the folder for configuration that all users share
+  wide_view file;     // in INI form
+  wide_view section;  // compared without regard to case, like `key`
+  wide_view key;
+};
+
+// Copies the value into `out`, cut to `capacity` - 1 units, and terminates it. Gives the units
+// copied: 0 when there is no such file, section or key, or it can't be read; `capacity` - 1 when the
+// value was cut. Requires `capacity` of at least 1.
+std::size_t config_value(const config_key& key, wide_char* out, std::size_t capacity);
+
+// The decimal integer at the start of a terminated text: leading blanks and a sign are accepted, the
+// first foreign character ends it, and 0 stands for none. Saturates at the ends of 32 bits.
+std::int32_t leading_integer(const wide_char* text);
+
+// --- Diagnostics ---------------------------------------------------------------------------------
+
+// Hands one terminated line to whoever watches the debugger output, or drops it. Never blocks.
+void write_debug_line(const char* line);
+void write_debug_line(const wide_char* line);
+
+bool debugger_attached();
+
+// Identifies the calling thread in diagnostics, the way the system's own tools show it.
+std::int32_t current_thread_id();
+
+// --- Modules -------------------------------------------------------------------------------------
+
+using module_handle = void*;
+
+// The executable of this process. Never null; not to be unloaded.
+module_handle own_module();
+
+// Full path of the library `name` (without the system's suffix) in the folder that holds `module`.
+// The text is opaque: meant for load_library on the same system and for nothing else. Empty when
+// the folder can't be found out.
+wide_string library_path_beside(module_handle module, wide_view name);
+
+// Loads the library at exactly this path, without any search. Null on failure.
+module_handle load_library(const wide_string& path);
+
+// The address of an exported function, or null.
+void* library_symbol(module_handle module, const char* name);
+
+void unload_library(module_handle module);
+
+// --- Screen --------------------------------------------------------------------------------------
+
+struct screen_point {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+};
+
+// Where the mouse cursor stands, in pixels. False, and `point` untouched, where there is no screen
+// or it doesn't answer. Only the main thread may ask.
+bool cursor_position(screen_point& point);
+
+// --- Text conversion -----------------------------------------------------------------------------
+
+// UTF-8 to UTF-16 and back. Neither fails on malformed text: on the way in each maximal subpart of
+// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, but a surrogate coded in
+// three bytes becomes that code unit, so that a pair coded one by one joins into the character it
+// means; on the way out a lone surrogate becomes U+FFFD.
+//
+// `out` must have room for the longest possible result, which is `length` units for the first and
+// 3 * `length` bytes for the second. No terminator is read or written. The result is the number of
+// elements written; 0 for a text that isn't empty means that the system refused the conversion.
+std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out);
+std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out);
+
+}  // namespace platform

@@ -1,0 +1,50 @@
+#include "transport/frame_reader.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "host/diagnostics.h"
+#include "transport/frame_format.h"
+#include "transport/reassembly.h"
+
+namespace {
+
+// Diagnostics print lengths as the signed 32-bit numbers that they are in most tools.
+long as_signed(std::size_t length) { return static_cast<std::int32_t>(length); }
+
+}  // namespace
+
+std::int32_t read_message(std::string& message, std::FILE* input) {
+  for (;;) {
+    frame_length i_len = 0;
+    const std::size_t header_read = std::fread(&i_len, 1, sizeof i_len, input);
+    if (header_read != sizeof i_len) {
+      if (!dump_off) {
+        log_line("actual_read != 4 but instead is %ld; bail out [1]", as_signed(header_read));
+      }
+      return read_end;
+    }
+    if (i_len >= frame_length_limit) {
+      if (!dump_off) log_line("i_len >= 8192 but instead is %ld; ", as_signed(i_len));
+      return read_too_long;
+    }
+    // Zeroed, so that whatever arrives is terminated.
+    const std::unique_ptr<char[]> ibuf(new (std::nothrow) char[i_len + 1]());
+    if (ibuf == nullptr) {
+      if (!dump_off) log_line("ibuf malloc NULL; skip [3]");
+      return read_no_memory;
+    }
+    const std::size_t actual_read = std::fread(ibuf.get(), 1, i_len, input);
+    if (!dump_off) {
+      log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
+               static_cast<int>(std::strlen(ibuf.get())));
+    }
+    std::string text;
+    reassemble_fragment(ibuf.get(), text);
+    if (!text.empty()) {
+      message = std::move(text);
+      return read_complete;
+    }
+  }
+}

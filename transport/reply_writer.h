@@ -1,0 +1,16 @@
+// Sends outgoing messages: base64 text cut into pieces, each in an envelope behind its length. Any
+// number of threads may send at once; frames stay whole and the ids tell the replies apart.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+// Writes the JSON text of one message as frames, the only use that the host makes of standard output.
+// True when every frame was written in full. After the first frame that couldn't be written the rest
+// of the reply is dropped and the result is false.
+bool send_reply(const std::string& json_text, std::FILE* output = stdout);
+
+// The envelope of one frame. `fragment` is its number from 0, or negative for the last frame.
+std::string make_reply_packet(std::string_view id, std::string_view piece, std::int32_t fragment);

@@ -1,0 +1,45 @@
+#include "transport/text.h"
+
+#include <memory>
+#include <new>
+
+#include "platform/platform.h"
+
+namespace {
+
+// Most texts of a page are short; their conversion needs no memory of its own.
+constexpr std::size_t stack_room = 512;
+
+// Runs `convert` into a buffer of `room` elements, the longest that its result can be, and assigns
+// what it made up to the first NUL.
+template <class Element, class Source, class Convert>
+bool convert_text(std::basic_string<Element>& out, const Source* text, std::uint32_t length,
+                  std::size_t room, Convert convert) {
+  if (text == nullptr) return false;
+  if (length == 0) {
+    out.clear();
+    return true;
+  }
+  Element on_stack[stack_room];
+  std::unique_ptr<Element[]> on_heap;
+  if (room > stack_room) {
+    on_heap.reset(new (std::nothrow) Element[room]);
+    if (on_heap == nullptr) return false;
+  }
+  Element* const buffer = on_heap ? on_heap.get() : on_stack;
+  const std::size_t made = convert(text, length, buffer);
+  if (made == 0) return false;
+  const std::basic_string_view<Element> result(buffer, made);
+  out.assign(result.substr(0, result.find(Element{})));
+  return true;
+}
+
+}  // namespace
+
+bool utf8_to_wide(wide_string& out, const char* text, std::uint32_t length) {
+  return convert_text(out, text, length, length, platform::utf8_to_utf16);
+}
+
+bool wide_to_utf8(std::string& out, const wide_char* text, std::uint32_t length) {
+  return convert_text(out, text, length, std::size_t{3} * length, platform::utf16_to_utf8);
+}
