@@ -121,7 +121,7 @@ union observer_storage {
   agent_observer observer;
 
   constexpr observer_storage() : observer() {}
-  ~observer_storage() {}
+  ~observer_storage() {}  // NOLINT(modernize-use-equals-default): that would delete it
 };
 
 constinit observer_storage storage;

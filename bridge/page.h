@@ -23,8 +23,8 @@ struct page_record {
 
 // Copies the page that `node` describes into `message`, which is new and empty. False, with the
 // message unchanged, if `node` is null or isn't a named container with members; true in all other
-// cases. Members that aren't known or are of the wrong kind are skipped; of several with one name the
-// last usable one counts.
+// cases. Members that aren't known or are of the wrong kind are skipped; of several with one name
+// the last usable one counts.
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
 // True if the member has this name. Then a string replaces `target`, null empties it, and any other

@@ -5,8 +5,9 @@
 #include "messages/settings.h"
 #include "messages/website.h"
 
-// The page's sender, its properties under the bag's own keys, its inputs under the names that requests
-// use, and an empty list of items. A text that can't be converted gives null, a key none at all.
+// The page's sender, its properties under the bag's own keys, its inputs under the names that
+// requests use, and an empty list of items. A text that can't be converted gives null, a key none
+// at all.
 pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message);
 
 // Every setting, in key order.

@@ -14,8 +14,8 @@ constexpr wide_char log_tag[] = u"[ cf    ] ";
 
 constexpr platform::config_key dump_key = {u"Orvanta", u"coffer.ini", u"coffer", u"dump"};
 
-// Room for a value of the configuration, terminator included. A longer value arrives cut, with all of
-// the room used, and counts as missing: what it would mean was not read.
+// Room for a value of the configuration, terminator included. A longer value arrives cut, with all
+// of the room used, and counts as missing: what it would mean was not read.
 constexpr std::size_t max_value_size = 260;
 
 constexpr std::size_t line_buffer_size = 256;

@@ -12,12 +12,12 @@
 // True while diagnostics are off. Written by read_dump_switch alone, before any other thread runs.
 extern bool dump_off;
 
-// Sets the switch from the configuration: key "dump" of section "coffer", a decimal integer in which
-// anything but 0 means on. Whatever can't be read means off.
+// Sets the switch from the configuration: key "dump" of section "coffer", a decimal integer in
+// which anything but 0 means on. Whatever can't be read means off.
 void read_dump_switch();
 
-// Write one line: the thread's id, the host's tag, and the text that `format` and its arguments give,
-// cut at 254 elements in all. Neither tests the switch, allocates memory or fails; the result is
-// always 0. In the wide form %s stands for a wide string.
+// Write one line: the thread's id, the host's tag, and the text that `format` and its arguments
+// give, cut at 254 elements in all. Neither tests the switch, allocates memory or fails; the result
+// is always 0. In the wide form %s stands for a wide string.
 [[gnu::format(printf, 1, 2)]] int log_line(const char* format, ...);
 int log_line_w(const wide_char* format, ...);

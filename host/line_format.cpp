@@ -45,7 +45,8 @@ struct other_width<wide_char> {
 template <class Element>
 int take_width(const Element*& format) {
   int width = 0;
-  for (; *format >= '0' && *format <= '9' && width < 10; ++format) width = width * 10 + (*format - '0');
+  for (; *format >= '0' && *format <= '9' && width < 10; ++format)
+    width = width * 10 + (*format - '0');
   return width;
 }
 
@@ -61,9 +62,11 @@ Element* format_elements(Element* out, std::size_t capacity, const Element* form
     const Element* const directive = format++;
     const int width = take_width(format);
     if (*format == 's') {
-      line.put_text(va_arg(arguments, const Element*));
+      const Element* const text = va_arg(arguments, const Element*);
+      line.put_text(text);
     } else if (*format == 'S') {
-      line.put_text(va_arg(arguments, const typename other_width<Element>::type*));
+      const auto* const text = va_arg(arguments, const typename other_width<Element>::type*);
+      line.put_text(text);
     } else if (*format == 'd') {
       line.put_number(va_arg(arguments, int), width);
     } else {

@@ -21,8 +21,8 @@ enum exit_value {
   exit_no_interface = 2,
 };
 
-// How long the end of the process waits for notifications that are being written. The browser counts
-// on a prompt end, also when it has stopped reading.
+// How long the end of the process waits for notifications that are being written. The browser
+// counts on a prompt end, also when it has stopped reading.
 constexpr std::chrono::milliseconds exit_patience{500};
 
 iCfClient* get_client() {
@@ -52,8 +52,8 @@ int main() {
 
   serve_input();
 
-  // A notification that is stuck in a full pipe holds the stream, and the runtime's way out would wait
-  // for that stream for ever.
+  // A notification that is stuck in a full pipe holds the stream, and the runtime's way out would
+  // wait for that stream for ever.
   if (!close_agent_observer(exit_patience)) platform::leave_now(exit_input_ended);
   return exit_input_ended;
 }

@@ -1,5 +1,5 @@
-// One value of a parsed JSON text. Nodes live in a node_arena; keys and strings lie in the text that
-// was parsed. A tree is valid as long as both live.
+// One value of a parsed JSON text. Nodes live in a node_arena; keys and strings lie in the text
+// that was parsed. A tree is valid as long as both live.
 #pragma once
 
 #include <cstdint>

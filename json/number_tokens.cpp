@@ -15,7 +15,8 @@ bool take_minus(const char*& at, const char* end) {
 // Wraps modulo 2^32, as every integer of the dialect does.
 std::uint32_t take_digits(const char*& at, const char* end) {
   std::uint32_t value = 0;
-  for (; at != end && is_digit(*at); ++at) value = value * 10 + static_cast<std::uint32_t>(*at - '0');
+  for (; at != end && is_digit(*at); ++at)
+    value = value * 10 + static_cast<std::uint32_t>(*at - '0');
   return value;
 }
 

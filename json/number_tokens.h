@@ -7,6 +7,6 @@
 // Decimal digits behind an optional sign, modulo 2^32. No digits give 0.
 const char* parse_int_token(const char* first, const char* end, std::int32_t& out);
 
-// Digits, a fraction and an exponent, each optional, in single precision throughout; the order of the
-// operations is part of the dialect, since it fixes the rounding.
+// Digits, a fraction and an exponent, each optional, in single precision throughout; the order of
+// the operations is part of the dialect, since it fixes the rounding.
 const char* parse_float_token(const char* first, const char* end, float& out);

@@ -42,8 +42,8 @@ char escaped_character(char letter) {
   }
 }
 
-// UTF-8 form of one UTF-16 code unit. The halves of a surrogate pair stay apart here, as three bytes
-// each; the conversion to wide text joins them.
+// UTF-8 form of one UTF-16 code unit. The halves of a surrogate pair stay apart here, as three
+// bytes each; the conversion to wide text joins them.
 char* put_code_unit(char* out, int unit) {
   if (unit < 0x80) {
     *out++ = static_cast<char>(unit);
@@ -58,8 +58,8 @@ char* put_code_unit(char* out, int unit) {
   return out;
 }
 
-// The state of one parse. Each step handles one token, moves the read position behind it and returns
-// false after it has noted an error.
+// The state of one parse. Each step handles one token, moves the read position behind it and
+// returns false after it has noted an error.
 class parser {
  public:
   parser(char* source, node_arena& arena) : at_(source), arena_(arena) {}
@@ -255,7 +255,7 @@ class parser {
   char* at_;
   node_arena& arena_;
   json_node* root_ = nullptr;
-  json_node* top_ = nullptr;            // the innermost open container
+  json_node* top_ = nullptr;           // the innermost open container
   const char* pending_key_ = nullptr;  // a key that no value has taken yet
   const char* error_position_ = nullptr;
   const char* error_text_ = nullptr;

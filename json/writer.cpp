@@ -7,9 +7,7 @@
 namespace {
 
 // Bytes that a string literal can't hold as they are. NUL isn't among them: it passes unchanged.
-bool needs_escape(char c) {
-  return c == '"' || c == '\\' || (c >= 1 && c <= 31);
-}
+bool needs_escape(char c) { return c == '"' || c == '\\' || (c >= 1 && c <= 31); }
 
 void put_escaped(std::string& out, char c) {
   constexpr char hex[] = "0123456789ABCDEF";

@@ -14,9 +14,10 @@ class iCfClientObs {
  public:
   virtual ~iCfClientObs() = default;
 
-  // Takes an object that arrived from the agent; always 0. May be called on any thread, by several at
-  // once, and from inside `post`. The object needs to live until the call returns. The observer takes
-  // one reference on it and doesn't give it back; the library does that itself when the call is over.
+  // Takes an object that arrived from the agent; always 0. May be called on any thread, by several
+  // at once, and from inside `post`. The object needs to live until the call returns. The observer
+  // takes one reference on it and doesn't give it back; the library does that itself when the call
+  // is over.
   virtual std::int32_t notify(iCfMsg* object) = 0;
 };
 

@@ -5,9 +5,9 @@
 #include "platform/platform.h"
 
 struct client_loader {
-  wide_string path;                         // last asked for, also when that failed
+  wide_string path;                          // last asked for, also when that failed
   platform::module_handle module = nullptr;  // null while no library is loaded
-  cfApi* api = nullptr;                     // the library's root object, null while none is known
+  cfApi* api = nullptr;                      // the library's root object, null while none is known
 };
 
 // The one loader of the process; unload_client_library is its exit action.
@@ -17,8 +17,8 @@ extern client_loader client_library;
 // True if it is loaded and has its entry; the entry may have given null.
 bool load_client_next_to(platform::module_handle module);
 
-// Loads the library at `path`. False, with nothing loaded, when there is none or it lacks its entry.
-// False also while a library is loaded: that one stays.
+// Loads the library at `path`. False, with nothing loaded, when there is none or it lacks its
+// entry. False also while a library is loaded: that one stays.
 bool load_client_library(const wide_string& path);
 
 // Forgets the library's objects, then unloads it.

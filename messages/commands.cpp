@@ -55,9 +55,7 @@ bool CfMsgRunConsole::read(cfIStream& s) {
 
 std::int32_t CfMsgGetSettings::release() { return iCfMsg::release(); }
 
-void* CfMsgGetSettings::query(const cfName& n) {
-  return answer(n, {type_name, iCfMsg::type_name});
-}
+void* CfMsgGetSettings::query(const cfName& n) { return answer(n, {type_name, iCfMsg::type_name}); }
 
 cfName CfMsgGetSettings::name() const { return type_name; }
 

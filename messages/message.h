@@ -1,9 +1,9 @@
 // Base of everything that crosses the client library: reference-counted objects that answer to type
 // names and can write themselves to, and read themselves from, a flat payload.
 //
-// The library calls these objects through their virtual table, so the order of the virtual functions
-// is part of the interface. A message is filled by one thread before it is handed over and not changed
-// afterwards; only its count may be used by several threads.
+// The library calls these objects through their virtual table, so the order of the virtual
+// functions is part of the interface. A message is filled by one thread before it is handed over
+// and not changed afterwards; only its count may be used by several threads.
 #pragma once
 
 #include <atomic>
@@ -31,8 +31,8 @@ class iCfMsg {
   virtual cfName name() const;
 
   // Append the whole form to the stream, and fill the object from one. Both give the stream's `ok`;
-  // false, without touching the stream, for a class that has no form. `read` goes through all fields
-  // whatever fails on the way.
+  // false, without touching the stream, for a class that has no form. `read` goes through all
+  // fields whatever fails on the way.
   virtual bool write(cfOStream& s);
   virtual bool read(cfIStream& s);
 

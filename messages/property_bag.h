@@ -1,5 +1,5 @@
-// The property bag: the one general container of the message model. A page has one for itself and one
-// for each form input.
+// The property bag: the one general container of the message model. A page has one for itself and
+// one for each form input.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,10 @@
 #include "messages/streams.h"
 #include "messages/text_map.h"
 
-// Unique keys, case-sensitive, in the order of text_map; values are opaque text. All keys and values
-// on this interface are terminated wide strings. The order of the virtual functions is part of the
-// interface to the client library. A bag has no lock: one thread fills it before it is handed over.
+// Unique keys, case-sensitive, in the order of text_map; values are opaque text. All keys and
+// values on this interface are terminated wide strings. The order of the virtual functions is part
+// of the interface to the client library. A bag has no lock: one thread fills it before it is
+// handed over.
 class propsW_t {
  public:
   class const_iterator;
@@ -81,18 +82,19 @@ class propsW_t::const_iterator {
   const text_map::pair* position_;
 };
 
-// The block in which a bag travels: key and value of each pair, and an empty key as end mark. A pair
-// with an empty key can't travel and is left out.
+// The block in which a bag travels: key and value of each pair, and an empty key as end mark. A
+// pair with an empty key can't travel and is left out.
 void writeBag(cfOStream& stream, const propsW_t& bag);
 
-// Lays the pairs of the next block over the bag's. A block that isn't whole leaves the pairs read so
-// far, and turns the stream's `ok` false. The result is false when not even its first string is there.
+// Lays the pairs of the next block over the bag's. A block that isn't whole leaves the pairs read
+// so far, and turns the stream's `ok` false. The result is false when not even its first string is
+// there.
 bool readBag(cfIStream& stream, propsW_t& bag);
 
 // A list of bags: their number, then a block for each.
 void writeBagList(cfOStream& stream, const std::vector<propsW_t>& list);
 
-// Replaces the list. A number below 1, read as signed, is an empty list. Reading stops where no block
-// begins any more, whatever the number says; it doesn't ask for `ok`, which may have been lost earlier
-// over a field that left the position intact.
+// Replaces the list. A number below 1, read as signed, is an empty list. Reading stops where no
+// block begins any more, whatever the number says; it doesn't ask for `ok`, which may have been
+// lost earlier over a field that left the position intact.
 void readBagList(cfIStream& stream, std::vector<propsW_t>& list);

@@ -1,5 +1,5 @@
-// The records of the client library, read in place at fixed byte offsets from the pointer that `query`
-// gave. They belong to the library, and nothing is written to them.
+// The records of the client library, read in place at fixed byte offsets from the pointer that
+// `query` gave. They belong to the library, and nothing is written to them.
 #pragma once
 
 #include <cstddef>

@@ -6,10 +6,10 @@
 #include "messages/name.h"
 #include "messages/text_map.h"
 
-// Unique keys, case-sensitive, in the order of text_map; no empty ones. Not a propsW_t: it differs in
-// its operations. Keys and values on this interface are terminated wide strings. The order of the
-// virtual functions is part of the interface to the client library. No lock: a bag belongs to one
-// message or record, which doesn't change once it has been handed over.
+// Unique keys, case-sensitive, in the order of text_map; no empty ones. Not a propsW_t: it differs
+// in its operations. Keys and values on this interface are terminated wide strings. The order of
+// the virtual functions is part of the interface to the client library. No lock: a bag belongs to
+// one message or record, which doesn't change once it has been handed over.
 class CfSettings {
  public:
   class const_iterator;
@@ -46,8 +46,8 @@ class CfSettings {
   virtual const text_map& map();
   virtual const text_map& map() const;
 
-  // Writes the bag to the diagnostics, a line for each pair, each line behind `prefix`, which may be
-  // null. Nothing while diagnostics are off.
+  // Writes the bag to the diagnostics, a line for each pair, each line behind `prefix`, which may
+  // be null. Nothing while diagnostics are off.
   virtual void dump(const wide_char* prefix) const;
 
  protected:

@@ -23,8 +23,8 @@ struct payload_text {
   wide_string str() const;
 };
 
-// Reader over one payload, whose bytes it doesn't own. A field that isn't whole turns `ok` false for
-// good; later reads go on harmlessly. Used by one thread.
+// Reader over one payload, whose bytes it doesn't own. A field that isn't whole turns `ok` false
+// for good; later reads go on harmlessly. Used by one thread.
 class cfIStream {
  public:
   // A `length` of 0 or less is a payload without bytes.
@@ -64,7 +64,8 @@ class cfSink {
   virtual bool write_bytes(const void* bytes, std::uint64_t size) = 0;
 };
 
-// The writer that the client library hands to `write`. Its object, used in place: the layout is fixed.
+// The writer that the client library hands to `write`. Its object, used in place: the layout is
+// fixed.
 struct cfOStream {
   std::uint64_t reserved1;
   cfSink* sink;

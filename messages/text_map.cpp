@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr std::size_t first_pairs = 12;    // holds an input's nine, and most pages' properties
-constexpr std::size_t first_units = 256;   // text of an ordinary input, keys included
+constexpr std::size_t first_pairs = 12;   // holds an input's nine, and most pages' properties
+constexpr std::size_t first_units = 256;  // text of an ordinary input, keys included
 
 bool key_below(const text_map::pair& a, const text_map::pair& b) {
   return a.key_text() < b.key_text();
@@ -135,7 +135,7 @@ void text_map::assign(const text_map& other) {
   clear();
   reserve(other.size_);
   for (const pair& p : other) {
-    pairs_[size_++] = make_pair(p.key, p.key_length, p.value, p.value_length);
+    insert(pairs_ + size_, make_pair(p.key, p.key_length, p.value, p.value_length));
   }
 }
 

@@ -1,9 +1,10 @@
 // An ordered map from wide key to wide value, made for bags: a dozen pairs, filled once, walked in
 // key order. Pairs lie in key order in one array; their text lies in blocks that never move.
 //
-// Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and capitals
-// before small letters. A pointer to a key or value stays good until that pair is changed or erased,
-// whatever else is added. Memory of erased pairs comes back when the map is cleared or destroyed.
+// Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and
+// capitals before small letters. A pointer to a key or value stays good until that pair is changed
+// or erased, whatever else is added. Memory of erased pairs comes back when the map is cleared or
+// destroyed.
 #pragma once
 
 #include <cstddef>

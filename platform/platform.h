@@ -31,12 +31,12 @@ struct config_key {
 };
 
 // Copies the value into `out`, cut to `capacity` - 1 units, and terminates it. Gives the units
-// copied: 0 when there is no such file, section or key, or it can't be read; `capacity` - 1 when the
-// value was cut. Requires `capacity` of at least 1.
+// copied: 0 when there is no such file, section or key, or it can't be read; `capacity` - 1 when
+// the value was cut. Requires `capacity` of at least 1.
 std::size_t config_value(const config_key& key, wide_char* out, std::size_t capacity);
 
-// The decimal integer at the start of a terminated text: leading blanks and a sign are accepted, the
-// first foreign character ends it, and 0 stands for none. Saturates at the ends of 32 bits.
+// The decimal integer at the start of a terminated text: leading blanks and a sign are accepted,
+// the first foreign character ends it, and 0 stands for none. Saturates at the ends of 32 bits.
 std::int32_t leading_integer(const wide_char* text);
 
 // --- Diagnostics ---------------------------------------------------------------------------------
@@ -84,9 +84,9 @@ bool cursor_position(screen_point& point);
 // --- Text conversion -----------------------------------------------------------------------------
 
 // UTF-8 to UTF-16 and back. Neither fails on malformed text: on the way in each maximal subpart of
-// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, but a surrogate coded in
-// three bytes becomes that code unit, so that a pair coded one by one joins into the character it
-// means; on the way out a lone surrogate becomes U+FFFD.
+// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, but a surrogate coded
+// in three bytes becomes that code unit, so that a pair coded one by one joins into the character
+// it means; on the way out a lone surrogate becomes U+FFFD.
 //
 // `out` must have room for the longest possible result, which is `length` units for the first and
 // 3 * `length` bytes for the second. No terminator is read or written. The result is the number of

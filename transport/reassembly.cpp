@@ -73,8 +73,7 @@ std::int32_t refuse(const envelope& e) {
 std::int32_t decode_message(const std::string& gathered, std::string& text) {
   // Zeroed and one longer than the text, so that the result is terminated.
   std::int32_t length = static_cast<std::int32_t>(gathered.size()) + 1;
-  const std::unique_ptr<char[]> buffer(
-      new (std::nothrow) char[static_cast<std::size_t>(length)]());
+  const std::unique_ptr<char[]> buffer(new (std::nothrow) char[static_cast<std::size_t>(length)]());
   if (buffer == nullptr) {
     if (!dump_off) {
       log_line("can't alloc base64 decode buffer length=%d. Exiting...", length);
@@ -95,8 +94,8 @@ std::int32_t decode_message(const std::string& gathered, std::string& text) {
 }  // namespace
 
 std::int32_t reassemble_fragment(char* frame, std::string& text) {
-  // Made at the first frame, so that it is the last of the process-wide objects to come and the first
-  // to go.
+  // Made at the first frame, so that it is the last of the process-wide objects to come and the
+  // first to go.
   static fragment_store store;
 
   const envelope e = read_envelope(frame);

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-// Writes the JSON text of one message as frames, the only use that the host makes of standard output.
-// True when every frame was written in full. After the first frame that couldn't be written the rest
-// of the reply is dropped and the result is false.
+// Writes the JSON text of one message as frames, the only use that the host makes of standard
+// output. True when every frame was written in full. After the first frame that couldn't be written
+// the rest of the reply is dropped and the result is false.
 bool send_reply(const std::string& json_text, std::FILE* output = stdout);
 
 // The envelope of one frame. `fragment` is its number from 0, or negative for the last frame.

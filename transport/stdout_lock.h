@@ -3,8 +3,8 @@
 
 #include <mutex>
 
-// Held over the length, the text and the flush of one frame, never across frames. Usable from before
-// main until its exit action, the last one, has ended it.
+// Held over the length, the text and the flush of one frame, never across frames. Usable from
+// before main until its exit action, the last one, has ended it.
 class output_lock {
  public:
   void lock() { mutex_.lock(); }

@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 // A configuration of one key has no business being larger; what is, counts as missing.
-constexpr off_t max_config_file_size = 64 * 1024;
+constexpr off_t max_config_file_size = off_t{64} * 1024;
 
 // Names of folders, files, sections and keys are ASCII constants of the host.
 std::string narrow(wide_view text) { return {text.begin(), text.end()}; }

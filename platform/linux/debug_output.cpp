@@ -1,6 +1,6 @@
 // The stand-in for a debugger's output window: one datagram per line to a socket in the user's own
-// runtime folder. Nobody listening means that the line is gone; messages hold passwords, so they must
-// not pile up anywhere.
+// runtime folder. Nobody listening means that the line is gone; messages hold passwords, so they
+// must not pile up anywhere.
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>

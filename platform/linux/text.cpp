@@ -33,7 +33,8 @@ lead_rule rule_of(byte lead) {
 
 // A three-byte surrogate that isn't whole is no exception: then ED and A0..BF are ill-formed apart.
 bool is_cut_surrogate(const byte* in, const byte* end) {
-  return in[0] == 0xED && end - in > 1 && in[1] >= 0xA0 && (end - in < 3 || !is_continuation(in[2]));
+  return in[0] == 0xED && end - in > 1 && in[1] >= 0xA0 &&
+         (end - in < 3 || !is_continuation(in[2]));
 }
 
 // Converts the sequence at `in`, which doesn't start with an ASCII byte, or replaces its maximal
@@ -54,8 +55,9 @@ void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
   } else if (rule.following == 2) {
     *out++ = static_cast<wide_char>((lead & 0x0F) << 12 | (in[1] & 0x3F) << 6 | (in[2] & 0x3F));
   } else {
-    const int above_bmp = ((lead & 0x07) << 18 | (in[1] & 0x3F) << 12 | (in[2] & 0x3F) << 6 |
-                           (in[3] & 0x3F)) - 0x10000;
+    const int above_bmp =
+        ((lead & 0x07) << 18 | (in[1] & 0x3F) << 12 | (in[2] & 0x3F) << 6 | (in[3] & 0x3F)) -
+        0x10000;
     *out++ = static_cast<wide_char>(0xD800 + (above_bmp >> 10));
     *out++ = static_cast<wide_char>(0xDC00 + (above_bmp & 0x3FF));
   }
