@@ -98,15 +98,13 @@ constexpr method_entry method_table[] = {
     {"drop-down", handle_drop_down},
 };
 
-const char* or_na(const void* present, const char* text) { return present ? text : "N/A"; }
-
 const json_node* parse_request(std::string& text, node_arena& arena) {
   const char* errorPos = nullptr;
   const char* errorDesc = nullptr;
   const json_node* const root = json_parse(text.data(), errorPos, errorDesc, arena);
   if (!dump_off) {
     log_line("json_parse: root=%p errorPos=%s errorDesc=%s\r\n", static_cast<const void*>(root),
-             or_na(errorPos, errorPos), or_na(errorDesc, errorDesc));
+             text_or_na(errorPos), text_or_na(errorDesc));
   }
   return root;
 }

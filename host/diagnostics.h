@@ -21,3 +21,6 @@ void read_dump_switch();
 // is always 0. In the wide form %s stands for a wide string.
 [[gnu::format(printf, 1, 2)]] int log_line(const char* format, ...);
 int log_line_w(const wide_char* format, ...);
+
+// What a line shows for a text that may be missing.
+inline const char* text_or_na(const char* text) { return text != nullptr ? text : "N/A"; }

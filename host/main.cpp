@@ -31,10 +31,10 @@ iCfClient* get_client() {
 }
 
 void serve_input() {
-  std::string message;
-  while (read_message(message) == read_complete) {
+  for (;;) {
+    std::string message;
+    if (read_message(message) != read_complete) return;
     dispatch_method(message);
-    message.clear();
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 #include "json/node.h"
 
@@ -22,9 +23,21 @@ struct node_arena {
 // A small message fits one block.
 constexpr std::uint64_t default_arena_block_size = 1024;
 
-// Room for one node, not initialised, good until arena_release. Never null: the process ends when
-// there is no memory left, since no reader of a tree could go on without it.
-json_node* arena_alloc(node_arena& allocator);
+// Puts a new block in front of the others. The process ends when there is no memory left, since no
+// reader of a tree could go on without a node.
+void arena_add_block(node_arena& allocator);
+
+// Room for one node, not initialised, good until arena_release. Never null.
+inline json_node* arena_alloc(node_arena& allocator) {
+  if (allocator.head == nullptr ||
+      allocator.head->used + sizeof(json_node) > allocator.head->size) {
+    arena_add_block(allocator);
+  }
+  arena_block& block = *allocator.head;
+  void* const room = block.base + block.used;
+  block.used += sizeof(json_node);
+  return new (room) json_node;
+}
 
 // Frees all blocks; harmless on an empty arena.
 void arena_release(node_arena& allocator);

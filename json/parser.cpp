@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "json/number_tokens.h"
+#include "json/plain_text.h"
 
 namespace {
 
@@ -58,19 +59,21 @@ char* put_code_unit(char* out, int unit) {
   return out;
 }
 
-// The state of one parse. Each step handles one token, moves the read position behind it and
-// returns false after it has noted an error.
+// The state of one parse. Each step handles one token, and the punctuation that follows it as a
+// rule; it takes the position of the token, gives the one behind, and null after it has noted an
+// error.
 class parser {
  public:
-  parser(char* source, node_arena& arena) : at_(source), arena_(arena) {}
+  parser(const char* end, node_arena& arena) : end_(end), arena_(arena) {}
 
-  json_node* run() {
+  json_node* run(char* at) {
     do {
-      if (!token()) return nullptr;
-      while (is_white_space(*at_)) ++at_;
-    } while (*at_ != '\0');
+      at = token(at);
+      if (at == nullptr) return nullptr;
+      while (is_white_space(*at)) ++at;
+    } while (*at != '\0');
     if (top_ != nullptr) {
-      fail(at_, "Not all objects/arrays have been properly closed");
+      fail(at, "Not all objects/arrays have been properly closed");
       return nullptr;
     }
     return root_;
@@ -80,48 +83,45 @@ class parser {
   const char* error_text() const { return error_text_; }
 
  private:
-  bool token() {
-    switch (*at_) {
+  char* token(char* at) {
+    switch (*at) {
       case '{':
-        return open_container(kind_object);
+        return open_container(at, kind_object);
       case '[':
-        return open_container(kind_array);
+        return open_container(at, kind_array);
       case '}':
-        return close_container(kind_object);
+        return close_container(at, kind_object);
       case ']':
-        return close_container(kind_array);
+        return close_container(at, kind_array);
       default:
-        return top_ != nullptr ? inner_token() : fail(at_, "Unexpected character");
+        return top_ != nullptr ? inner_token(at) : fail(at, "Unexpected character");
     }
   }
 
   // A token that needs an open container.
-  bool inner_token() {
-    switch (*at_) {
+  char* inner_token(char* at) {
+    switch (*at) {
       case '"':
-        return string();
+        return string(at + 1);
       case ':':
-        if (top_->kind != kind_object) return fail(at_, "Unexpected character");
-        [[fallthrough]];
+        return top_->kind == kind_object ? at + 1 : fail(at, "Unexpected character");
       case ',':
-        ++at_;
-        return true;
+        return at + 1;
       case 't':
-        return literal("true", kind_bool, 1);
+        return literal(at, "true", kind_bool, 1);
       case 'f':
-        return literal("false", kind_bool, 0);
+        return literal(at, "false", kind_bool, 0);
       case 'n':
-        return literal("null", kind_null, 0);
+        return literal(at, "null", kind_null, 0);
       default:
-        if (*at_ == '-' || (*at_ >= '0' && *at_ <= '9')) return number();
-        return fail(at_, "Unexpected character");
+        if (*at == '-' || (*at >= '0' && *at <= '9')) return number(at);
+        return fail(at, "Unexpected character");
     }
   }
 
-  bool open_container(json_kind kind) {
-    ++at_;
+  char* open_container(char* at, json_kind kind) {
     if (top_ == nullptr && root_ != nullptr) {
-      return fail(at_, "Second root. Only one root allowed");
+      return fail(at + 1, "Second root. Only one root allowed");
     }
     json_node* const node = new_node(kind);
     if (top_ == nullptr) {
@@ -130,114 +130,116 @@ class parser {
       append(node);
     }
     top_ = node;
-    return true;
+    return at + 1;
   }
 
-  bool close_container(json_kind kind) {
-    if (top_ == nullptr || top_->kind != kind) return fail(at_, "Mismatch closing brace/bracket");
+  char* close_container(char* at, json_kind kind) {
+    if (top_ == nullptr || top_->kind != kind) return fail(at, "Mismatch closing brace/bracket");
     top_ = top_->parent;
-    ++at_;
-    return true;
+    return at + 1;
   }
 
-  bool string() {
-    char* const start = ++at_;
-    if (!decode_string(start)) return false;
+  // `start` is the position behind the opening quote.
+  char* string(char* start) {
+    char* const at = decode_string(start);
+    if (at == nullptr) return nullptr;
     if (pending_key_ == nullptr && top_->kind == kind_object) {
       pending_key_ = start;
-      return true;
+      return *at == ':' ? at + 1 : at;
     }
     json_node* const node = new_node(kind_string);
     node->value.string = start;
     append(node);
-    return true;
+    return behind_value(at);
   }
 
-  // Decodes the string that starts at the read position, in place. The decoded text is never longer
-  // than what it stands for, so writing can't overtake reading.
-  bool decode_string(char* start) {
-    char* out = start;
+  // Decodes in place. The decoded text is never longer than what it stands for, so writing can't
+  // overtake reading.
+  char* decode_string(char* start) {
+    char* const at = plain_text_end(start, end_);
+    if (*at != '"') return decode_interrupted_string(start, at);
+    *at = '\0';
+    return at + 1;
+  }
+
+  // The rest of a string from `at` on, the first byte that isn't plain and doesn't end it.
+  char* decode_interrupted_string(char* start, char* at) {
+    char* out = at;
     for (;;) {
-      const char c = *at_;
-      if (c == '"') {
+      if (*at == '"') {
         *out = '\0';
-        ++at_;
-        return true;
+        return at + 1;
       }
-      if (c == '\\') {
-        if (!escape(start, out)) return false;
-      } else if (static_cast<unsigned char>(c) >= 0x20) {
-        *out++ = c;
-        ++at_;
-      } else if (c == '\0') {
-        return true;  // the container that is still open makes an error of it
-      } else {
-        return fail(start, "Control characters not allowed in strings");
-      }
+      if (*at == '\0') return at;  // the container that is still open makes an error of it
+      if (*at != '\\') return fail(start, "Control characters not allowed in strings");
+      at = escape(start, at, out);
+      if (at == nullptr) return nullptr;
+      char* const plain = at;
+      at = plain_text_end(at, end_);
+      const auto length = static_cast<std::size_t>(at - plain);
+      std::memmove(out, plain, length);
+      out += length;
     }
   }
 
-  bool escape(const char* string_start, char*& out) {
-    if (at_[1] == 'u') return code_unit_escape(out);
-    const char character = escaped_character(at_[1]);
+  char* escape(char* string_start, char* at, char*& out) {
+    if (at[1] == 'u') return code_unit_escape(at, out);
+    const char character = escaped_character(at[1]);
     if (character == '\0') return fail(string_start, "Unrecognized escape sequence");
     *out++ = character;
-    at_ += 2;
-    return true;
+    return at + 2;
   }
 
-  bool code_unit_escape(char*& out) {
+  char* code_unit_escape(char* at, char*& out) {
     int unit = 0;
     for (int i = 2; i < 6; ++i) {
-      const int digit = hex_digit(at_[i]);
-      if (digit < 0) return fail(at_, "Bad unicode codepoint");
+      const int digit = hex_digit(at[i]);
+      if (digit < 0) return fail(at, "Bad unicode codepoint");
       unit = unit << 4 | digit;
     }
     out = put_code_unit(out, unit);
-    at_ += 6;
-    return true;
+    return at + 6;
   }
 
-  bool number() {
+  char* number(char* start) {
     json_node* const node = new_node(kind_int);
-    const char* const start = at_;
-    for (; !ends_number(*at_); ++at_) {
-      if (*at_ == '.' || *at_ == 'e' || *at_ == 'E') node->kind = kind_float;
+    char* at = start;
+    for (; !ends_number(*at); ++at) {
+      if (*at == '.' || *at == 'e' || *at == 'E') node->kind = kind_float;
     }
     if (node->kind == kind_int) {
-      if (parse_int_token(start, at_, node->value.integer) != at_) {
+      if (parse_int_token(start, at, node->value.integer) != at) {
         return fail(start, "Bad integer number");
       }
-    } else if (parse_float_token(start, at_, node->value.number) != at_) {
+    } else if (parse_float_token(start, at, node->value.number) != at) {
       return fail(start, "Bad float number");
     }
     append(node);
-    return true;
+    return behind_value(at);
   }
 
-  bool literal(const char* word, json_kind kind, std::int32_t value) {
+  char* literal(char* at, const char* word, json_kind kind, std::int32_t value) {
     const std::size_t length = std::strlen(word);
     // strncmp stops at the first difference, so the terminating NUL isn't passed.
-    if (std::strncmp(at_, word, length) != 0) return fail(at_, "Unknown identifier");
+    if (std::strncmp(at, word, length) != 0) return fail(at, "Unknown identifier");
     json_node* const node = new_node(kind);
     node->value.boolean = value;
     append(node);
-    at_ += length;
-    return true;
+    return behind_value(at + length);
   }
+
+  // Takes the comma that follows most values; a container is open.
+  static char* behind_value(char* at) { return *at == ',' ? at + 1 : at; }
 
   // A node that takes the pending key. Arena memory is raw, so every field is set.
   json_node* new_node(json_kind kind) {
     json_node* const node = arena_alloc(arena_);
-    *node = json_node{};
-    node->name = pending_key_;
-    node->kind = kind;
+    *node = {top_, nullptr, nullptr, nullptr, pending_key_, {}, kind};
     pending_key_ = nullptr;
     return node;
   }
 
   void append(json_node* node) {
-    node->parent = top_;
     if (top_->last_child == nullptr) {
       top_->first_child = node;
     } else {
@@ -246,13 +248,13 @@ class parser {
     top_->last_child = node;
   }
 
-  bool fail(const char* position, const char* text) {
+  char* fail(const char* position, const char* text) {
     error_position_ = position;
     error_text_ = text;
-    return false;
+    return nullptr;
   }
 
-  char* at_;
+  const char* const end_;  // the terminating NUL
   node_arena& arena_;
   json_node* root_ = nullptr;
   json_node* top_ = nullptr;           // the innermost open container
@@ -266,8 +268,8 @@ class parser {
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator) {
   if (*source == '\0') return nullptr;
-  parser parse(source, allocator);
-  json_node* const root = parse.run();
+  parser parse(source + std::strlen(source), allocator);
+  json_node* const root = parse.run(source);
   if (root == nullptr) {
     errorPos = parse.error_position();
     errorDesc = parse.error_text();

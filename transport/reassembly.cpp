@@ -22,8 +22,6 @@ struct envelope {
   bool usable() const { return !id.empty() && (number != no_number || closing); }
 };
 
-const char* or_na(const void* present, const char* text) { return present ? text : "N/A"; }
-
 // A member of another kind than its key demands counts as absent; of several, the last one counts.
 void take_member(const json_node& child, envelope& e) {
   const std::string_view name = child.name;
@@ -49,8 +47,7 @@ envelope read_envelope(char* frame) {
   const json_node* const root = json_parse(frame, errorPos, errorDesc, arena);
   if (!dump_off) {
     log_line("json_parse reconstruct: root=%p errorPos=%s errorDesc=%s\r\n",
-             static_cast<const void*>(root), or_na(errorPos, errorPos),
-             or_na(errorDesc, errorDesc));
+             static_cast<const void*>(root), text_or_na(errorPos), text_or_na(errorDesc));
   }
   envelope e;
   if (root == nullptr) return e;
