@@ -1,5 +1,4 @@
-#include <cstring>
-
+#include "platform/linux/ascii_runs.h"
 #include "platform/platform.h"
 
 namespace platform {
@@ -13,105 +12,96 @@ bool is_continuation(byte b) { return (b & 0xC0) == 0x80; }
 bool is_high_surrogate(wide_char u) { return (u & 0xFC00) == 0xD800; }
 bool is_low_surrogate(wide_char u) { return (u & 0xFC00) == 0xDC00; }
 
-// What the lead byte of a sequence demands: how many bytes follow it, and the range of the first of
-// them (Unicode table 3-7). The range shuts out overlong forms and values above U+10FFFF; the
-// surrogates, which the table shuts out as well, are let in.
-struct lead_rule {
-  int following;
-  byte low, high;
-};
-
-lead_rule rule_of(byte lead) {
-  if (lead >= 0xC2 && lead <= 0xDF) return {1, 0x80, 0xBF};
-  if (lead == 0xE0) return {2, 0xA0, 0xBF};
-  if (lead >= 0xE1 && lead <= 0xEF) return {2, 0x80, 0xBF};
-  if (lead == 0xF0) return {3, 0x90, 0xBF};
-  if (lead >= 0xF1 && lead <= 0xF3) return {3, 0x80, 0xBF};
-  if (lead == 0xF4) return {3, 0x80, 0x8F};
-  return {0, 0, 0};
+// Whether a lead byte may be followed by this one (Unicode table 3-7). The ranges shut out overlong
+// forms and values above U+10FFFF; surrogates are shut out too, unless they are whole.
+bool may_follow(byte lead, byte second) {
+  if (!is_continuation(second)) return false;
+  switch (lead) {
+    case 0xE0:
+      return second >= 0xA0;
+    case 0xED:
+      return second <= 0x9F;
+    case 0xF0:
+      return second >= 0x90;
+    case 0xF4:
+      return second <= 0x8F;
+    default:
+      return lead >= 0xC2 && lead <= 0xF4;
+  }
 }
 
-// A three-byte surrogate that isn't whole is no exception: then ED and A0..BF are ill-formed apart.
-bool is_cut_surrogate(const byte* in, const byte* end) {
-  return in[0] == 0xED && end - in > 1 && in[1] >= 0xA0 &&
-         (end - in < 3 || !is_continuation(in[2]));
+// Length of the maximal subpart at `in`, where no sequence is whole: the lead byte, and as many of
+// the following bytes as could have gone on.
+int ill_formed_length(const byte* in, const byte* end) {
+  if (end - in < 2 || !may_follow(in[0], in[1])) return 1;
+  return in[0] >= 0xF0 && end - in >= 3 && is_continuation(in[2]) ? 3 : 2;
 }
 
-// Converts the sequence at `in`, which doesn't start with an ASCII byte, or replaces its maximal
-// subpart. Steps both positions on.
+bool is_two_bytes(const byte* in, const byte* end) {
+  return in[0] >= 0xC2 && in[0] <= 0xDF && end - in >= 2 && is_continuation(in[1]);
+}
+
+// Whole surrogates are let in.
+bool is_three_bytes(const byte* in, const byte* end) {
+  return (in[0] & 0xF0) == 0xE0 && end - in >= 3 && is_continuation(in[1]) &&
+         is_continuation(in[2]) && (in[0] != 0xE0 || in[1] >= 0xA0);
+}
+
+bool is_four_bytes(const byte* in, const byte* end) {
+  return in[0] >= 0xF0 && end - in >= 4 && may_follow(in[0], in[1]) && is_continuation(in[2]) &&
+         is_continuation(in[3]);
+}
+
+// Converts the sequence at `in`, which may be one ASCII byte, or replaces its maximal subpart.
+// Steps both positions on.
 void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
-  const byte lead = *in;
-  const lead_rule rule = rule_of(lead);
-  int taken = 1;
-  if (rule.following > 0 && end - in > 1 && in[1] >= rule.low && in[1] <= rule.high &&
-      !is_cut_surrogate(in, end)) {
-    taken = 2;
-    while (taken <= rule.following && end - in > taken && is_continuation(in[taken])) ++taken;
-  }
-  if (rule.following == 0 || taken <= rule.following) {
-    *out++ = replacement;
-  } else if (rule.following == 1) {
-    *out++ = static_cast<wide_char>((lead & 0x1F) << 6 | (in[1] & 0x3F));
-  } else if (rule.following == 2) {
-    *out++ = static_cast<wide_char>((lead & 0x0F) << 12 | (in[1] & 0x3F) << 6 | (in[2] & 0x3F));
+  if (in[0] < 0x80) {
+    *out++ = *in++;
+  } else if (is_two_bytes(in, end)) {
+    *out++ = static_cast<wide_char>((in[0] & 0x1F) << 6 | (in[1] & 0x3F));
+    in += 2;
+  } else if (is_three_bytes(in, end)) {
+    *out++ = static_cast<wide_char>((in[0] & 0x0F) << 12 | (in[1] & 0x3F) << 6 | (in[2] & 0x3F));
+    in += 3;
+  } else if (is_four_bytes(in, end)) {
+    const int code_point =
+        (in[0] & 0x07) << 18 | (in[1] & 0x3F) << 12 | (in[2] & 0x3F) << 6 | (in[3] & 0x3F);
+    *out++ = static_cast<wide_char>(0xD800 + ((code_point - 0x10000) >> 10));
+    *out++ = static_cast<wide_char>(0xDC00 + (code_point & 0x3FF));
+    in += 4;
   } else {
-    const int above_bmp =
-        ((lead & 0x07) << 18 | (in[1] & 0x3F) << 12 | (in[2] & 0x3F) << 6 | (in[3] & 0x3F)) -
-        0x10000;
-    *out++ = static_cast<wide_char>(0xD800 + (above_bmp >> 10));
-    *out++ = static_cast<wide_char>(0xDC00 + (above_bmp & 0x3FF));
+    *out++ = replacement;
+    in += ill_formed_length(in, end);
   }
-  in += taken;
 }
 
-// Eight ASCII bytes at a time: most texts of a page are nothing else.
-void convert_ascii(const byte*& in, const byte* end, wide_char*& out) {
-  constexpr std::uint64_t high_bits = 0x8080808080808080;
-  std::uint64_t word = 0;
-  while (end - in >= 8 && (std::memcpy(&word, in, 8), (word & high_bits) == 0)) {
-    for (int i = 0; i < 8; ++i) out[i] = in[i];
-    in += 8;
-    out += 8;
-  }
-  while (in < end && *in < 0x80) *out++ = *in++;
-}
+void put(char*& out, char32_t b) { *out++ = static_cast<char>(b); }
 
 void put_code_point(char32_t c, char*& out) {
-  const auto put = [&out](char32_t b) { *out++ = static_cast<char>(b); };
   if (c < 0x80) {
-    put(c);
+    put(out, c);
   } else if (c < 0x800) {
-    put(0xC0 | c >> 6);
-    put(0x80 | (c & 0x3F));
+    put(out, 0xC0 | c >> 6);
+    put(out, 0x80 | (c & 0x3F));
   } else if (c < 0x10000) {
-    put(0xE0 | c >> 12);
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
+    put(out, 0xE0 | c >> 12);
+    put(out, 0x80 | (c >> 6 & 0x3F));
+    put(out, 0x80 | (c & 0x3F));
   } else {
-    put(0xF0 | c >> 18);
-    put(0x80 | (c >> 12 & 0x3F));
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
+    put(out, 0xF0 | c >> 18);
+    put(out, 0x80 | (c >> 12 & 0x3F));
+    put(out, 0x80 | (c >> 6 & 0x3F));
+    put(out, 0x80 | (c & 0x3F));
   }
-}
-
-void convert_ascii(const wide_char*& in, const wide_char* end, char*& out) {
-  constexpr std::uint64_t high_bits = 0xFF80FF80FF80FF80;
-  std::uint64_t word = 0;
-  while (end - in >= 4 && (std::memcpy(&word, in, 8), (word & high_bits) == 0)) {
-    for (int i = 0; i < 4; ++i) out[i] = static_cast<char>(in[i]);
-    in += 4;
-    out += 4;
-  }
-  while (in < end && *in < 0x80) *out++ = static_cast<char>(*in++);
 }
 
 char32_t take_code_point(const wide_char*& in, const wide_char* end) {
   const wide_char unit = *in++;
+  if (unit < 0xD800 || unit > 0xDFFF) return unit;
   if (is_high_surrogate(unit) && in < end && is_low_surrogate(*in)) {
     return 0x10000 + (static_cast<char32_t>(unit & 0x3FF) << 10) + (*in++ & 0x3FFu);
   }
-  return is_high_surrogate(unit) || is_low_surrogate(unit) ? replacement : unit;
+  return replacement;
 }
 
 }  // namespace
@@ -120,7 +110,11 @@ std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out
   const auto* in = reinterpret_cast<const byte*>(text);
   const byte* const end = in + length;
   const wide_char* const start = out;
-  while (convert_ascii(in, end, out), in < end) convert_sequence(in, end, out);
+  while (in < end) {
+    // A run is worth looking for only where one begins.
+    if (*in < 0x80) ascii_runs::widen(in, end, out);
+    if (in < end) convert_sequence(in, end, out);
+  }
   return static_cast<std::size_t>(out - start);
 }
 
@@ -128,7 +122,10 @@ std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out
   const wide_char* in = text;
   const wide_char* const end = in + length;
   const char* const start = out;
-  while (convert_ascii(in, end, out), in < end) put_code_point(take_code_point(in, end), out);
+  while (in < end) {
+    if (*in < 0x80) ascii_runs::narrow(in, end, out);
+    if (in < end) put_code_point(take_code_point(in, end), out);
+  }
   return static_cast<std::size_t>(out - start);
 }
 

@@ -1,0 +1,18 @@
+// Base64 on sixteen characters at a time, where the processor can do it. Both functions handle what
+// they can of the start of their input and leave the rest to the plain code.
+#pragma once
+
+#include <cstddef>
+
+struct base64_progress {
+  std::size_t read = 0;     // bytes of the source that have been dealt with
+  std::size_t written = 0;  // bytes of the destination that are final
+};
+
+// Decodes whole groups of characters of the alphabet, up to the first other byte. Uses no more than
+// `room` bytes of the destination, but may write beyond what it reports as written.
+base64_progress base64_decode_vector(const char* source, std::size_t size, char* destination,
+                                     std::size_t room);
+
+// Encodes whole groups of three bytes. Requires room for the encoded form of the whole source.
+base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination);
