@@ -17,7 +17,12 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CFHOST_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
 
-add_compile_options(
+# For C++ alone: the resources of a Windows program are compiled too.
+function(add_cxx_options)
+  add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:${ARGN}>")
+endfunction()
+
+add_cxx_options(
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wundef -Wcast-qual
   -Woverloaded-virtual -Werror
   # Fused multiply-add would change the single-precision results of the parser.
@@ -26,12 +31,22 @@ add_compile_options(
 include_directories(${PROJECT_SOURCE_DIR})
 
 if(CFHOST_SANITIZE)
-  add_compile_options(-fsanitize=${CFHOST_SANITIZE} -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer)
+  add_cxx_options(-fsanitize=${CFHOST_SANITIZE} -fno-sanitize-recover=all
+                  -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${CFHOST_SANITIZE})
 endif()
 
 if(CFHOST_HARDEN)
-  add_compile_options(-fstack-protector-strong -D_FORTIFY_SOURCE=2)
-  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+  add_cxx_options(-fstack-protector-strong -D_FORTIFY_SOURCE=2)
+  if(WIN32)
+    add_cxx_options(-fcf-protection)
+    add_link_options(-fstack-protector-strong -Wl,--nxcompat,--dynamicbase,--high-entropy-va)
+  else()
+    add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+  endif()
+endif()
+
+if(WIN32)
+  # A program is one file: no DLL of the tool chain has to lie beside it.
+  add_link_options(-static)
 endif()

@@ -11,29 +11,37 @@
 
 namespace platform {
 
-// A started program whose standard input and output are pipes of ours; its standard error is shared.
-// The process is ended and waited for when the object goes. One thread may write while another reads.
+// A started program whose standard input and output are pipes of ours; its standard error is
+// shared. The process is ended and waited for when the object goes. One thread may write while
+// another reads; everything else is for one thread at a time, and a side is closed only while
+// nobody is using it.
 class child_process {
  public:
-  // Starts `program` with `arguments` behind its name. Null, with the reason in `error`, if it can't
-  // be started (no such file, not executable).
+  static constexpr std::chrono::milliseconds forever = std::chrono::milliseconds::max();
+
+  // Starts `program`, a path that is not searched for, with `arguments` behind its name. Null, with
+  // the reason in `error`, if it can't be started (no such file, not executable). From the first
+  // call on a child that has closed its input makes a write fail instead of ending this process;
+  // the child itself starts with the default answers to all signals.
   static std::unique_ptr<child_process> start(const std::string& program,
                                               const std::vector<std::string>& arguments,
                                               std::string& error);
   virtual ~child_process() = default;
 
-  // Writes all bytes to the child's input; false once the child has closed it.
-  virtual bool write(const void* bytes, std::size_t size) = 0;
+  // Writes all bytes to the child's input. False once the child has closed it, and when the child
+  // has taken nothing for `patience`; then some of the bytes may have gone through.
+  virtual bool write(const void* bytes, std::size_t size,
+                     std::chrono::milliseconds patience = forever) = 0;
   virtual void close_input() = 0;
 
-  // Reads up to `size` bytes of the child's output, waiting for the first one up to `patience`. Gives
-  // the count, 0 at the end of the output; nothing if the time ran out.
+  // Reads up to `size` bytes of the child's output, waiting for the first one up to `patience`.
+  // Gives the count, 0 at the end of the output; nothing if the time ran out.
   virtual std::optional<std::size_t> read(void* bytes, std::size_t size,
                                           std::chrono::milliseconds patience) = 0;
   virtual void close_output() = 0;
 
-  // The exit value once the child has ended by itself, nothing if it hasn't within `patience`. A child
-  // that died of a signal gives 128 plus the signal's number.
+  // The exit value once the child has ended by itself, nothing if it hasn't within `patience`. A
+  // child that died of a signal gives 128 plus the signal's number.
   virtual std::optional<int> wait(std::chrono::milliseconds patience) = 0;
 
   virtual std::int64_t process_id() const = 0;

@@ -81,6 +81,12 @@ struct screen_point {
 // or it doesn't answer. Only the main thread may ask.
 bool cursor_position(screen_point& point);
 
+// --- Random numbers ------------------------------------------------------------------------------
+
+// The next number, of 0 to 32767 at least, from one sequence for all threads. It isn't seeded: each
+// process goes through the same one.
+int random_number();
+
 // --- Text conversion -----------------------------------------------------------------------------
 
 // UTF-8 to UTF-16 and back. Neither fails on malformed text: on the way in each maximal subpart of

@@ -4,13 +4,12 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
+#include "platform/linux/debug_address.h"
 #include "platform/platform.h"
 
 namespace platform {
@@ -18,13 +17,7 @@ namespace {
 
 struct debug_socket {
   int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  sockaddr_un address{};
-
-  debug_socket() {
-    address.sun_family = AF_UNIX;
-    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/%u/cfhost.debug",
-                  CFHOST_RUNTIME_DIR, static_cast<unsigned>(getuid()));
-  }
+  sockaddr_un address = debug_address();
 };
 
 void send_line(const char* line, std::size_t length) {

@@ -33,7 +33,7 @@ module_handle own_module() {
 wide_string library_path_beside(module_handle, wide_view name) {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  if (length <= 0) return {};
+  if (length <= 0 || length == sizeof path) return {};  // none, or perhaps cut
   const std::string_view executable(path, static_cast<std::size_t>(length));
   const std::string_view folder = executable.substr(0, executable.rfind('/') + 1);
   return wide_path(folder).append(name).append(u".so");

@@ -1,0 +1,72 @@
+// The library's export and the objects behind it.
+
+#include <cstdio>
+
+#include "agent/coffer_file.h"
+#include "agent/delivery.h"
+#include "agent/form_reader.h"
+#include "messages/agent_interface.h"
+#include "platform/exported.h"
+#include "platform/library_threads.h"
+#include "platform/module_folder.h"
+
+namespace {
+
+constexpr char coffer_file_name[] = "cfagent.json";
+
+class client final : public iCfClient {
+ public:
+  explicit client(delivery& d) : delivery_(d) {}
+
+  std::int32_t addObserver(iCfClientObs* observer) override {
+    return delivery_.start(observer) ? 0 : 1;
+  }
+
+  std::int32_t post(iCfMsg* message) override {
+    std::unique_ptr<iCfMsg> request = take_message(message);
+    if (request == nullptr) return 1;
+    delivery_.post(std::move(request));
+    return 0;
+  }
+
+ private:
+  delivery& delivery_;
+};
+
+class agent final : public cfApi {
+ public:
+  // Null, after a message on standard error, if the coffer's file can't be used.
+  static std::unique_ptr<agent> make() {
+    auto made = std::make_unique<agent>();
+    std::string problem;
+    const std::string path = platform::module_folder() + coffer_file_name;
+    if (load_coffer(path, made->coffer_, problem)) return made;
+    std::fprintf(stderr, "cfagent: %s (correct the file, or remove it to get a demo coffer)\n",
+                 problem.c_str());
+    return nullptr;
+  }
+
+  void* getInterface(const cfName& name) override {
+    return name == client_interface ? static_cast<iCfClient*>(&client_) : nullptr;
+  }
+
+ private:
+  coffer coffer_;
+  responder responder_{coffer_};
+  delivery delivery_{responder_};  // its thread ends before what it uses
+  client client_{delivery_};
+};
+
+struct agent_end {
+  void operator()(agent* ended) const {
+    if (!platform::threads_have_been_ended()) delete ended;
+  }
+};
+
+}  // namespace
+
+// The agent ends when the library is unloaded.
+extern "C" PLATFORM_EXPORTED cfApi* Api() {
+  static const std::unique_ptr<agent, agent_end> instance(agent::make().release());
+  return instance.get();
+}

@@ -1,0 +1,11 @@
+// Turns what the host posts into messages of the library's own.
+#pragma once
+
+#include <memory>
+
+#include "messages/message.h"
+
+// Asks the posted message for its form and gives a copy read back from those bytes. Takes over the
+// caller's reference: the posted object isn't touched after the call. Null for a message that can't
+// be copied, because its type is unknown here or its form isn't whole.
+std::unique_ptr<iCfMsg> take_message(iCfMsg* posted);

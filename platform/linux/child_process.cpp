@@ -1,0 +1,216 @@
+#include "platform/child_process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <thread>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// How often a child that is waited for is looked at.
+constexpr milliseconds wait_step{1};
+
+class descriptor {
+ public:
+  descriptor() = default;
+  explicit descriptor(int fd) : fd_(fd) {}
+  descriptor(descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+  descriptor& operator=(descriptor&& other) noexcept {
+    std::swap(fd_, other.fd_);
+    return *this;
+  }
+  ~descriptor() { close(); }
+
+  int get() const { return fd_; }
+  void close() {
+    if (fd_ >= 0) ::close(std::exchange(fd_, -1));
+  }
+
+ private:
+  int fd_ = -1;
+};
+
+struct pipe_ends {
+  descriptor reading;
+  descriptor writing;
+};
+
+// Above the standard streams, which the child's ends are moved onto one after the other.
+descriptor above_standard_streams(descriptor end) {
+  if (end.get() < 0 || end.get() > STDERR_FILENO) return end;
+  return descriptor(fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+bool make_pipe(pipe_ends& ends) {
+  int fds[2];
+  if (pipe2(fds, O_CLOEXEC) != 0) return false;
+  ends.reading = above_standard_streams(descriptor(fds[0]));
+  ends.writing = above_standard_streams(descriptor(fds[1]));
+  return ends.reading.get() >= 0 && ends.writing.get() >= 0;
+}
+
+// What poll takes; at most the time that is left until `patience` after `start`.
+int poll_time(steady_clock::time_point start, milliseconds patience) {
+  if (patience == child_process::forever) return -1;
+  const auto gone = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+  const auto left = std::clamp<milliseconds::rep>((patience - gone).count(), 0, INT_MAX);
+  return static_cast<int>(left);
+}
+
+// True when `fd` is ready for `events`, or broken, which the next transfer will tell.
+bool wait_ready(int fd, short events, milliseconds patience) {
+  const auto start = steady_clock::now();
+  pollfd request{fd, events, 0};
+  int ready = 0;
+  do {
+    ready = poll(&request, 1, poll_time(start, patience));
+  } while (ready < 0 && errno == EINTR);
+  return ready > 0;
+}
+
+class linux_child final : public child_process {
+ public:
+  linux_child(pid_t id, descriptor input, descriptor output)
+      : id_(id), input_(std::move(input)), output_(std::move(output)) {}
+
+  ~linux_child() override {
+    close_input();
+    close_output();
+    kill();
+    (void)wait(forever);
+  }
+
+  bool write(const void* bytes, std::size_t size, milliseconds patience) override {
+    auto* at = static_cast<const char*>(bytes);
+    const char* const end = at + size;
+    while (at != end) {
+      const ssize_t count = ::write(input_.get(), at, static_cast<std::size_t>(end - at));
+      if (count >= 0) {
+        at += count;
+      } else if (errno == EAGAIN) {
+        if (!wait_ready(input_.get(), POLLOUT, patience)) return false;
+      } else if (errno != EINTR) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  void close_input() override { input_.close(); }
+
+  std::optional<std::size_t> read(void* bytes, std::size_t size, milliseconds patience) override {
+    if (!wait_ready(output_.get(), POLLIN, patience)) return std::nullopt;
+    ssize_t count = 0;
+    do {
+      count = ::read(output_.get(), bytes, size);
+    } while (count < 0 && errno == EINTR);
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+  }
+
+  void close_output() override { output_.close(); }
+
+  std::optional<int> wait(milliseconds patience) override {
+    const auto start = steady_clock::now();
+    for (;;) {
+      look();
+      if (exit_value_.has_value() || poll_time(start, patience) == 0) return exit_value_;
+      std::this_thread::sleep_for(wait_step);
+    }
+  }
+
+  std::int64_t process_id() const override { return id_; }
+
+  // Once the child has been waited for, its number may belong to somebody else.
+  void kill() override {
+    if (!exit_value_.has_value()) ::kill(id_, SIGKILL);
+  }
+
+ private:
+  void look() {
+    if (exit_value_.has_value()) return;
+    int status = 0;
+    if (waitpid(id_, &status, WNOHANG) != id_) return;
+    exit_value_ = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  }
+
+  const pid_t id_;
+  descriptor input_;
+  descriptor output_;
+  std::optional<int> exit_value_;
+};
+
+// The attributes and actions of one start, released at the end of its scope.
+struct spawn_settings {
+  posix_spawnattr_t attributes;
+  posix_spawn_file_actions_t actions;
+
+  spawn_settings(int input, int output) {
+    sigset_t signals;
+    posix_spawnattr_init(&attributes);
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  }
+  ~spawn_settings() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+  spawn_settings(const spawn_settings&) = delete;
+  spawn_settings& operator=(const spawn_settings&) = delete;
+};
+
+// The error number, 0 on success. A program that can't be executed is an error here too: the call
+// comes back only when the child has become the program.
+int spawn(pid_t& id, const std::string& program, std::vector<std::string> arguments, int input,
+          int output) {
+  arguments.insert(arguments.begin(), program);
+  std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  const spawn_settings settings(input, output);
+  return posix_spawn(&id, program.c_str(), &settings.actions, &settings.attributes, pointers.data(),
+                     environ);
+}
+
+}  // namespace
+
+std::unique_ptr<child_process> child_process::start(const std::string& program,
+                                                    const std::vector<std::string>& arguments,
+                                                    std::string& error) {
+  std::signal(SIGPIPE, SIG_IGN);
+  pipe_ends input;
+  pipe_ends output;
+  if (!make_pipe(input) || !make_pipe(output) ||
+      fcntl(input.writing.get(), F_SETFL, O_NONBLOCK) != 0) {
+    error = std::string("can't make a pipe: ") + std::strerror(errno);
+    return nullptr;
+  }
+  pid_t id = -1;
+  const int failure = spawn(id, program, arguments, input.reading.get(), output.writing.get());
+  if (failure != 0) {
+    error = "can't start " + program + ": " + std::strerror(failure);
+    return nullptr;
+  }
+  return std::make_unique<linux_child>(id, std::move(input.writing), std::move(output.reading));
+}
+
+}  // namespace platform

@@ -1,0 +1,151 @@
+#include "platform/debug_viewer.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include "platform/linux/debug_address.h"
+
+namespace platform {
+namespace {
+
+// Several times the longest line of a host.
+constexpr std::size_t max_line = 4096;
+
+constexpr mode_t beyond_owner = S_IXUSR | S_IRWXG | S_IRWXO;
+
+std::string because(const std::string& what) { return what + ": " + std::strerror(errno); }
+
+// The handler of the signals that end the viewer writes here; the waiting `receive` reads.
+int end_pipe[2] = {-1, -1};
+
+void request_end(int) {
+  const int saved = errno;
+  (void)!write(end_pipe[1], "", 1);
+  errno = saved;
+}
+
+// Without restart, so that a write to a stuck terminal is given up too.
+bool watch_signals(std::string& error) {
+  if (pipe2(end_pipe, O_CLOEXEC | O_NONBLOCK) != 0) {
+    error = because("can't make a pipe");
+    return false;
+  }
+  struct sigaction action {};
+  action.sa_handler = request_end;
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaction(number, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+  return true;
+}
+
+class linux_viewer final : public debug_viewer {
+ public:
+  linux_viewer() : address_(debug_address()) {}
+
+  // What is at the path may be another's by now.
+  ~linux_viewer() override {
+    struct stat now {};
+    const bool ours = bound_ && lstat(address_.sun_path, &now) == 0 && now.st_dev == file_.st_dev &&
+                      now.st_ino == file_.st_ino;
+    if (ours) unlink(address_.sun_path);
+    if (socket_ >= 0) close(socket_);
+  }
+  linux_viewer(const linux_viewer&) = delete;
+  linux_viewer& operator=(const linux_viewer&) = delete;
+
+  bool start(std::string& error) {
+    const int folder = open_folder(error);
+    if (folder < 0) return false;
+    const bool listening = watch_signals(error) && make_place(error) && listen(error);
+    close(folder);
+    return listening;
+  }
+
+  bool receive(std::string& line) override {
+    pollfd sources[] = {{socket_, POLLIN, 0}, {end_pipe[0], POLLIN, 0}};
+    char text[max_line];
+    for (;;) {
+      if (poll(sources, 2, -1) < 0 && errno != EINTR) return false;
+      if (sources[1].revents != 0) return false;
+      const ssize_t length = recv(socket_, text, sizeof text, MSG_DONTWAIT);
+      if (length >= 0) {
+        line.assign(text, static_cast<std::size_t>(length));
+        return true;
+      }
+      if (errno != EAGAIN && errno != EINTR) return false;
+    }
+  }
+
+ private:
+  // The folder, locked until it is closed, so that two viewers that start at once don't take each
+  // other's socket for a left-over.
+  int open_folder(std::string& error) const {
+    const std::string path = address_.sun_path;
+    const std::string folder = path.substr(0, path.rfind('/'));
+    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+      error = because("can't open the runtime folder " + folder);
+      if (errno == ENOENT) {
+        error += "\nA login session makes it; otherwise: mkdir -p -m 700 " + folder;
+      }
+      return -1;
+    }
+    if (flock(fd, LOCK_EX | LOCK_NB) == 0) return fd;
+    error = because("can't lock " + folder) + "\nIs another viewer starting? Try again.";
+    close(fd);
+    return -1;
+  }
+
+  // Removes the socket of a viewer that died; nobody else's file.
+  bool make_place(std::string& error) {
+    socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    struct stat present {};
+    if (lstat(address_.sun_path, &present) != 0) return true;
+    const std::string path = address_.sun_path;
+    if (!S_ISSOCK(present.st_mode)) {
+      error = path + " is in the way and no socket\nRemove it and start again.";
+      return false;
+    }
+    const int probe = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const bool alive = connect(probe, name(), sizeof address_) == 0 || errno != ECONNREFUSED;
+    close(probe);
+    if (alive) {
+      error = "another viewer listens at " + path + "\nEnd it first.";
+      return false;
+    }
+    unlink(address_.sun_path);
+    return true;
+  }
+
+  // The mask, unlike a later change of the mode, leaves no moment at which others could write.
+  bool listen(std::string& error) {
+    const mode_t mask = umask(beyond_owner);
+    bound_ = bind(socket_, name(), sizeof address_) == 0 && lstat(address_.sun_path, &file_) == 0;
+    if (!bound_) error = because(std::string("can't make the socket ") + address_.sun_path);
+    umask(mask);
+    return bound_;
+  }
+
+  const sockaddr* name() const { return reinterpret_cast<const sockaddr*>(&address_); }
+
+  sockaddr_un address_;
+  struct stat file_ {};
+  int socket_ = -1;
+  bool bound_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<debug_viewer> debug_viewer::open(std::string& error) {
+  auto viewer = std::make_unique<linux_viewer>();
+  if (!viewer->start(error)) return nullptr;
+  return viewer;
+}
+
+}  // namespace platform

@@ -1,0 +1,151 @@
+#include "tools/host_session.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "tools/printable.h"
+#include "tools/request_cutter.h"
+#include "transport/frame_format.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// How long a host may leave a frame lying before it counts as stuck.
+constexpr milliseconds write_patience{10'000};
+
+// How long a host that is never quiet holds up the next request.
+constexpr milliseconds noise_patience{10'000};
+
+constexpr milliseconds exit_patience{5'000};
+
+// How long the output may stay open, held by somebody else, once the host has ended.
+constexpr milliseconds tail_patience{1'000};
+
+// How often the reader looks whether it is still wanted.
+constexpr milliseconds read_step{50};
+
+}  // namespace
+
+host_session::host_session(std::unique_ptr<platform::child_process> host, transcript& shown,
+                           milliseconds quiet_time)
+    : host_(std::move(host)),
+      shown_(shown),
+      quiet_time_(quiet_time),
+      splitter_(max_output_size),
+      reader_([this] { read_output(); }) {}
+
+host_session::~host_session() { stop_reader(); }
+
+void host_session::send(const std::string& text, std::size_t envelope_size) {
+  shown_.message(false, text);
+  request_cutter cutter(text, 'r' + std::to_string(++sent_), envelope_size);
+  std::string envelope;
+  while (failure().empty() && cutter.next(envelope)) {
+    shown_.frame(false, envelope);
+    const std::string frame = make_frame(envelope);
+    if (!host_->write(frame.data(), frame.size(), write_patience)) {
+      fail("the host takes no more input");
+    }
+    note_traffic();
+  }
+}
+
+void host_session::wait_quiet() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  const auto give_up = clock::now() + quiet_time_ + noise_patience;
+  while (failure_.empty() && !output_ended_) {
+    const auto due = std::min(last_traffic_ + quiet_time_, give_up);
+    if (clock::now() >= due) return;
+    changed_.wait_until(lock, due);
+  }
+}
+
+std::optional<int> host_session::finish() {
+  {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    input_closed_ = true;
+  }
+  host_->close_input();
+  const std::optional<int> exit_value = host_->wait(exit_patience);
+  if (!exit_value.has_value()) {
+    fail("the host doesn't end with its input; killed it");
+    host_->kill();
+  }
+  {
+    std::unique_lock<std::mutex> lock(mutex_);
+    changed_.wait_for(lock, tail_patience, [this] { return output_ended_; });
+  }
+  stop_reader();
+  return exit_value;
+}
+
+std::string host_session::failure() const {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  return failure_;
+}
+
+void host_session::read_output() {
+  char bytes[4096];
+  for (;;) {
+    const std::optional<std::size_t> count = host_->read(bytes, sizeof bytes, read_step);
+    if (count == std::size_t{0}) return note_end_of_output();
+    if (count.has_value()) take({bytes, *count});
+    const std::lock_guard<std::mutex> guard(mutex_);
+    if (stop_) return;
+  }
+}
+
+// After a failure the output is still drained, so that the host isn't held up by it.
+void host_session::take(std::string_view bytes) {
+  note_traffic();
+  if (!failure().empty()) return;
+  splitter_.feed(bytes);
+  std::string error;
+  while (const std::optional<std::string> text = splitter_.next()) {
+    if (!take_frame(*text, error)) return fail(error);
+  }
+  if (splitter_.out_of_step()) fail(splitter_.complaint());
+}
+
+bool host_session::take_frame(const std::string& text, std::string& error) {
+  envelope e;
+  bool in_order = read_envelope(text, e, error);
+  if (in_order && !e.from_host) {
+    error = "an envelope without \"reply\"";
+    in_order = false;
+  }
+  in_order = in_order && shown_.take(text, e, joiner_, error);
+  if (!in_order) error += ": " + printable_line(text);
+  return in_order;
+}
+
+void host_session::note_traffic() {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  last_traffic_ = clock::now();
+}
+
+void host_session::note_end_of_output() {
+  std::string complaint = splitter_.complaint();
+  if (complaint.empty() && joiner_.unfinished() != 0) complaint = "a notification is unfinished";
+  const std::lock_guard<std::mutex> guard(mutex_);
+  if (failure_.empty() && !input_closed_)
+    failure_ = "the host ended its output before its input ended";
+  if (failure_.empty()) failure_ = complaint;
+  output_ended_ = true;
+  changed_.notify_all();
+}
+
+void host_session::fail(const std::string& what) {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  if (failure_.empty()) failure_ = what;
+  changed_.notify_all();
+}
+
+void host_session::stop_reader() {
+  {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    stop_ = true;
+  }
+  if (reader_.joinable()) reader_.join();
+}

@@ -1,0 +1,70 @@
+// One run of a host: its process, the requests to it, and a thread that takes what it answers.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "platform/child_process.h"
+#include "tools/frame_splitter.h"
+#include "tools/message_joiner.h"
+#include "tools/transcript.h"
+
+class host_session {
+ public:
+  // Takes a host that has just been started; `shown` outlives the session. A host counts as quiet
+  // after `quiet_time` without a byte either way.
+  host_session(std::unique_ptr<platform::child_process> host, transcript& shown,
+               std::chrono::milliseconds quiet_time);
+  ~host_session();
+  host_session(const host_session&) = delete;
+  host_session& operator=(const host_session&) = delete;
+
+  // Sends one request in envelopes of at most `envelope_size` bytes.
+  void send(const std::string& text, std::size_t envelope_size);
+
+  // Waits until the host is quiet, or the session over. Gives up on a host that is never quiet.
+  void wait_quiet();
+
+  // Closes the host's input and waits for its end. Gives the exit value, nothing if it had to be
+  // killed.
+  std::optional<int> finish();
+
+  // The first thing that went wrong, empty if nothing did.
+  std::string failure() const;
+
+ private:
+  using clock = std::chrono::steady_clock;
+
+  void read_output();
+  void take(std::string_view bytes);
+  bool take_frame(const std::string& text, std::string& error);
+  void note_traffic();
+  void note_end_of_output();
+  void fail(const std::string& what);
+  void stop_reader();
+
+  const std::unique_ptr<platform::child_process> host_;
+  transcript& shown_;
+  const std::chrono::milliseconds quiet_time_;
+  std::uint32_t sent_ = 0;
+
+  // The reader's own.
+  frame_splitter splitter_;
+  message_joiner joiner_;
+
+  mutable std::mutex mutex_;  // guards what follows
+  std::condition_variable changed_;
+  clock::time_point last_traffic_ = clock::now();
+  std::string failure_;
+  bool input_closed_ = false;
+  bool output_ended_ = false;
+  bool stop_ = false;
+
+  std::thread reader_;
+};
