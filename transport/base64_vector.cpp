@@ -4,6 +4,9 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 // Asked once, at start: the baseline of the architecture lacks the byte shuffle.
@@ -93,6 +96,17 @@ CFHOST_SSSE3 base64_progress encode(const char* source, std::size_t size, char* 
   base64_progress done;
   for (; size - done.read >= 16; done.read += 12, done.written += 16) {
     store(destination + done.written, characters_of(split_to_six_bits(load(source + done.read))));
+  }
+  // The same on copies, since what is left of the source is shorter than a load.
+  while (size - done.read >= 3) {
+    const std::size_t groups = std::min<std::size_t>((size - done.read) / 3, 4);
+    char bytes[16] = {};
+    char characters[16];
+    std::memcpy(bytes, source + done.read, 3 * groups);
+    store(characters, characters_of(split_to_six_bits(load(bytes))));
+    std::memcpy(destination + done.written, characters, 4 * groups);
+    done.read += 3 * groups;
+    done.written += 4 * groups;
   }
   return done;
 }

@@ -52,6 +52,11 @@ bool is_four_bytes(const byte* in, const byte* end) {
          is_continuation(in[3]);
 }
 
+void put_three_bytes(const byte*& in, wide_char*& out) {
+  *out++ = static_cast<wide_char>((in[0] & 0x0F) << 12 | (in[1] & 0x3F) << 6 | (in[2] & 0x3F));
+  in += 3;
+}
+
 // Converts the sequence at `in`, which may be one ASCII byte, or replaces its maximal subpart.
 // Steps both positions on.
 void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
@@ -61,8 +66,7 @@ void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
     *out++ = static_cast<wide_char>((in[0] & 0x1F) << 6 | (in[1] & 0x3F));
     in += 2;
   } else if (is_three_bytes(in, end)) {
-    *out++ = static_cast<wide_char>((in[0] & 0x0F) << 12 | (in[1] & 0x3F) << 6 | (in[2] & 0x3F));
-    in += 3;
+    put_three_bytes(in, out);
   } else if (is_four_bytes(in, end)) {
     const int code_point =
         (in[0] & 0x07) << 18 | (in[1] & 0x3F) << 12 | (in[2] & 0x3F) << 6 | (in[3] & 0x3F);
@@ -111,8 +115,9 @@ std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out
   const byte* const end = in + length;
   const wide_char* const start = out;
   while (in < end) {
-    // A run is worth looking for only where one begins.
+    // A run is worth looking for only where one begins. Scripts of three bytes come in runs too.
     if (*in < 0x80) ascii_runs::widen(in, end, out);
+    while (in < end && is_three_bytes(in, end)) put_three_bytes(in, out);
     if (in < end) convert_sequence(in, end, out);
   }
   return static_cast<std::size_t>(out - start);
