@@ -103,7 +103,8 @@ class agent_observer final : public iCfClientObs {
  public:
   constexpr agent_observer() = default;
 
-  std::int32_t notify(iCfMsg* object) override {
+  // Running out of memory ends the process here: no exception of the host's may reach the library.
+  std::int32_t notify(iCfMsg* object) noexcept override {
     if (!gate.enter()) return 0;
     object->addRef();
     // One object may answer to several names; each is acted on.

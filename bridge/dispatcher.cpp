@@ -5,7 +5,7 @@
 #include "bridge/page.h"
 #include "host/diagnostics.h"
 #include "json/parser.h"
-#include "messages/agent_interface.h"
+#include "messages/client_library.h"
 #include "messages/commands.h"
 #include "messages/website.h"
 #include "platform/platform.h"

@@ -65,7 +65,7 @@ void take_inputs(const json_node& member, CfMsgWebsite& message) {
   if (member.kind != kind_array) return;
   for (const json_node* element = member.first_child; element != nullptr;
        element = element->next_sibling) {
-    if (message.inputs.size() == max_page_inputs) return;
+    if (message.inputs.size() == max_listed_bags) return;
     if (element->kind == kind_object) message.inputs.push_back(input_bag(*element));
   }
 }

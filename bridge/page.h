@@ -4,10 +4,6 @@
 #include "json/node.h"
 #include "messages/website.h"
 
-// Inputs that one message takes; a page has no use for more. Without this bound three bytes of JSON,
-// an empty object, would cost a bag of nine pairs each, as often as a request has room for them.
-constexpr std::size_t max_page_inputs = 65536;
-
 // The page's own members, gathered before they go into the message.
 struct page_record {
   wide_string source;
@@ -27,8 +23,8 @@ struct page_record {
 
 // Copies the page that `node` describes into `message`, which is new and empty. False, with the
 // message unchanged, if `node` is null or isn't a named container with members; true in all other
-// cases. Inputs beyond max_page_inputs are left out. Members that aren't known or are of the wrong kind are skipped; of several with one name
-// the last usable one counts.
+// cases. Inputs beyond max_listed_bags are left out. Members that aren't known or are of the wrong
+// kind are skipped; of several with one name the last usable one counts.
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
 // True if the member has this name. Then a string replaces `target`, null empties it, and any other

@@ -1,7 +1,8 @@
-// What the host and the client library call of each other, and the records that the library hands
-// over. This header, with those of the messages, is all that a library needs to know of the host.
+// What the host and the client library call of each other. This header, with those of the messages
+// and records.h, is all that a library needs to know of the host.
 //
-// The positions in the virtual tables of cfApi, iCfClient and cfSink are fixed here.
+// The positions in the virtual tables of cfApi and iCfClient, and of cfSink in streams.h, are this
+// project's choice.
 #pragma once
 
 #include <cstdint>
@@ -57,6 +58,3 @@ constexpr cfName set_values_name{u"msg::CfMsgSetValues"};
 // Type strings that stand in front of a whole CfMsgWebsite form.
 constexpr cfName website_response_name{u"msg::CfMsgWebsiteRsp"};
 constexpr cfName website_navigate_name{u"msg::CfMsgWebsiteNavigate"};
-
-// The host's way to the agent. Written once, before the observer is registered.
-extern iCfClient* agent_client;

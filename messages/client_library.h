@@ -13,6 +13,9 @@ struct client_loader {
 // The one loader of the process; unload_client_library is its exit action.
 extern client_loader client_library;
 
+// The way to the agent. Written once, before the observer is registered.
+extern iCfClient* agent_client;
+
 // Loads the client library from the folder that holds `module`, never from the working directory.
 // True if it is loaded and has its entry; the entry may have given null.
 bool load_client_next_to(platform::module_handle module);

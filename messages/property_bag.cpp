@@ -75,6 +75,7 @@ void readBagList(cfIStream& stream, std::vector<propsW_t>& list) {
   std::int32_t count = 0;
   stream.readU32(count);
   for (; count > 0; --count) {
+    if (list.size() == max_listed_bags) return stream.fail();
     propsW_t bag;
     if (!readBag(stream, bag)) return;
     list.push_back(std::move(bag));

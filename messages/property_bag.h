@@ -34,7 +34,7 @@ class propsW_t {
   // Lays all pairs of `other` over this bag's.
   virtual void merge(const propsW_t& other);
 
-  // Makes this bag a copy of `other`.
+  // Makes this bag a copy of `other`; of itself, it stays as it is.
   virtual void assign(const propsW_t& other);
 
   virtual void clear();
@@ -91,10 +91,16 @@ void writeBag(cfOStream& stream, const propsW_t& bag);
 // there.
 bool readBag(cfIStream& stream, propsW_t& bag);
 
+// Bags that a list may hold, and with it the inputs of a page; none has a use for more. Two bytes,
+// an empty object in JSON or an empty block in a payload, are enough to ask for a bag, which takes
+// several hundred: without a bound a message within its limits could take all memory.
+constexpr std::size_t max_listed_bags = 65536;
+
 // A list of bags: their number, then a block for each.
 void writeBagList(cfOStream& stream, const std::vector<propsW_t>& list);
 
 // Replaces the list. A number below 1, read as signed, is an empty list. Reading stops where no
 // block begins any more, whatever the number says; it doesn't ask for `ok`, which may have been
-// lost earlier over a field that left the position intact.
+// lost earlier over a field that left the position intact. More than max_listed_bags turn `ok`
+// false.
 void readBagList(cfIStream& stream, std::vector<propsW_t>& list);

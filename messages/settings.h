@@ -19,7 +19,7 @@ class CfSettings {
   CfSettings(const CfSettings&) = delete;
   CfSettings& operator=(const CfSettings&) = delete;
 
-  // Makes this bag a copy of `other`.
+  // Makes this bag a copy of `other`; of itself, it stays as it is.
   virtual void assign(const CfSettings& other);
 
   // Lays all pairs of `other` over this bag's.

@@ -3,14 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "transport/reassembly.h"
-
-std::size_t fragment_store::text_size_ = 0;
-
-fragment_store::~fragment_store() {
-  while (!entries_.empty()) erase(entries_.begin());
-}
-
 bool fragment_store::append(const std::string& id, std::string_view piece) {
   const auto known = entries_.find(id);
   const std::size_t own_size = known == entries_.end() ? 0 : known->second.text.size();

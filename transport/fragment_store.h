@@ -1,4 +1,4 @@
-// The text of unfinished messages by id, within the limits of reassembly.h.
+// The text of unfinished messages by id, within limits.
 #pragma once
 
 #include <cstddef>
@@ -7,13 +7,15 @@
 #include <string_view>
 #include <unordered_map>
 
+// Text of unfinished messages that is kept, in bytes over all ids. Far more than any page needs,
+// and far below what the 32-bit lengths of the codecs can count.
+constexpr std::size_t max_gathered_text = std::size_t{64} * 1024 * 1024;
+
+// Unfinished messages that are kept: bounds what ids without text can take.
+constexpr std::size_t max_unfinished_messages = 4096;
+
 class fragment_store {
  public:
-  fragment_store() = default;
-  ~fragment_store();
-  fragment_store(const fragment_store&) = delete;
-  fragment_store& operator=(const fragment_store&) = delete;
-
   // Adds a piece to the message of `id`, which begins with it if it is new. False when the piece
   // can't fit; then the message of `id` is gone.
   bool append(const std::string& id, std::string_view piece);
@@ -21,8 +23,8 @@ class fragment_store {
   // Ends the message of `id`, which must be there, and gives its text.
   std::string take(const std::string& id);
 
-  // Text held by all stores of the process, in bytes.
-  static std::size_t text_size() { return text_size_; }
+  // Text held at the moment, in bytes.
+  std::size_t text_size() const { return text_size_; }
 
  private:
   struct entry {
@@ -36,5 +38,5 @@ class fragment_store {
 
   entries entries_;
   std::uint64_t clock_ = 0;  // counts pieces; the order in which entries were touched
-  static std::size_t text_size_;
+  std::size_t text_size_ = 0;
 };

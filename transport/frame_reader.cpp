@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "host/diagnostics.h"
 #include "transport/frame_format.h"

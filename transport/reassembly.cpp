@@ -13,6 +13,16 @@ namespace {
 
 constexpr std::int32_t no_number = -1;
 
+const fragment_store* live_store = nullptr;
+
+// The one store of the process, which is known while it lives.
+struct process_store : fragment_store {
+  process_store() { live_store = this; }
+  ~process_store() { live_store = nullptr; }
+  process_store(const process_store&) = delete;
+  process_store& operator=(const process_store&) = delete;
+};
+
 struct envelope {
   std::string id;
   std::string msg;
@@ -93,12 +103,11 @@ std::int32_t decode_message(const std::string& gathered, std::string& text) {
 std::int32_t reassemble_fragment(char* frame, std::string& text) {
   // Made at the first frame, so that it is the last of the process-wide objects to come and the
   // first to go.
-  static fragment_store store;
+  static process_store store;
 
   const envelope e = read_envelope(frame);
   if (!e.usable() || !store.append(e.id, e.msg)) return refuse(e);
-  if (!e.closing) return 0;
-  return decode_message(store.take(e.id), text);
+  return e.closing ? decode_message(store.take(e.id), text) : 0;
 }
 
-std::size_t gathered_text() { return fragment_store::text_size(); }
+std::size_t gathered_text() { return live_store != nullptr ? live_store->text_size() : 0; }

@@ -52,10 +52,11 @@ bool put_frame(const std::string& packet, std::FILE* output) {
   return true;
 }
 
-// The stream is buffered, so a dead pipe shows only once the frame is flushed.
-bool write_frame(const std::string& packet, bool first, std::FILE* output) {
+// The stream is buffered, so a dead pipe shows only once the frame is flushed. The indicator is
+// cleared for each frame, lest one reply be given up for the failure of another's frame in between.
+bool write_frame(const std::string& packet, std::FILE* output) {
   const std::lock_guard<output_lock> guard(stdout_lock);
-  if (first) std::clearerr(output);
+  std::clearerr(output);
   const bool put = put_frame(packet, output);
   std::fflush(output);
   if (put && std::ferror(output) != 0) {
@@ -80,7 +81,7 @@ bool send_pieces(std::string_view encoded, std::string_view id, std::FILE* outpu
     const std::string_view piece = encoded.substr(start, room);
     const bool last = start + piece.size() == encoded.size();
     const std::string packet = make_reply_packet(id, piece, last ? final_fragment : fragment);
-    if (!write_frame(packet, start == 0, output)) return false;
+    if (!write_frame(packet, output)) return false;
     ++fragment;
     start += piece.size();
   } while (start < encoded.size());

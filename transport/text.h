@@ -13,6 +13,8 @@
 bool utf8_to_wide(wide_string& out, const char* text, std::uint32_t length);
 bool wide_to_utf8(std::string& out, const wide_char* text, std::uint32_t length);
 
+// An empty view is an empty text, whatever it points to.
 inline bool wide_to_utf8(std::string& out, wide_view text) {
+  if (text.empty()) text = u"";
   return wide_to_utf8(out, text.data(), static_cast<std::uint32_t>(text.size()));
 }

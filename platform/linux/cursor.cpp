@@ -8,13 +8,11 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/linux/x_display.h"
 #include "platform/platform.h"
 
 namespace platform {
 namespace {
-
-// A server on this machine answers within microseconds. One that hangs must not stop the requests.
-constexpr int answer_timeout_ms = 250;
 
 struct free_memory {
   void operator()(void* memory) const { std::free(memory); }
@@ -50,11 +48,19 @@ struct xcb_library {
   }
 };
 
-// A connection that outlives the single question; one that broke is replaced at the next one.
+// A connection that outlives the single question. One that broke since the last question is
+// replaced on the spot.
 class pointer_source {
  public:
   bool ask(screen_point& point) {
-    if (!xcb_.complete() || !connected()) return false;
+    if (!xcb_.complete()) return false;
+    const bool kept = connection_ != nullptr;
+    return ask_once(point) || (kept && connection_ == nullptr && ask_once(point));
+  }
+
+ private:
+  bool ask_once(screen_point& point) {
+    if (!connected()) return false;
     const xcb_query_pointer_cookie_t question = xcb_.query_pointer(connection_, root_);
     xcb_.flush(connection_);
     void* answer = nullptr;
@@ -69,10 +75,10 @@ class pointer_source {
     return true;
   }
 
- private:
   bool connected() {
-    if (connection_ && xcb_.has_error(connection_)) drop_connection();
-    if (connection_) return true;
+    if (connection_ != nullptr) return true;
+    // Connecting waits for the server without any limit.
+    if (!x_server_answers()) return false;
     int screen = 0;
     connection_ = xcb_.connect(nullptr, &screen);
     if (xcb_.has_error(connection_)) {
@@ -93,7 +99,7 @@ class pointer_source {
         std::free(error);
         return !xcb_.has_error(connection_);
       }
-      if (poll(&readable, 1, answer_timeout_ms) <= 0) return false;
+      if (poll(&readable, 1, x_answer_timeout_ms) <= 0) return false;
     }
   }
 

@@ -20,6 +20,9 @@ struct debug_socket {
   sockaddr_un address = debug_address();
 };
 
+// Longer than any line of the diagnostics, in units; what is beyond is cut.
+constexpr std::size_t max_wide_line = 256;
+
 void send_line(const char* line, std::size_t length) {
   static const debug_socket target;
   (void)sendto(target.fd, line, length, MSG_DONTWAIT | MSG_NOSIGNAL,
@@ -31,11 +34,9 @@ void send_line(const char* line, std::size_t length) {
 void write_debug_line(const char* line) { send_line(line, std::strlen(line)); }
 
 void write_debug_line(const wide_char* line) {
-  const wide_view text(line);
-  std::string narrow(3 * text.size(), '\0');
-  const std::size_t length =
-      utf16_to_utf8(text.data(), static_cast<std::uint32_t>(text.size()), narrow.data());
-  send_line(narrow.data(), length);
+  const wide_view text = wide_view(line).substr(0, max_wide_line);
+  char narrow[3 * max_wide_line];
+  send_line(narrow, utf16_to_utf8(text.data(), static_cast<std::uint32_t>(text.size()), narrow));
 }
 
 // A tracer shows as a process id other than 0 in the process's own status.

@@ -1,0 +1,103 @@
+#include "tests/end_to_end/host_session.h"
+
+#include <chrono>
+#include <fstream>
+#include <random>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// More than anything takes that works, under sanitizers on a busy machine.
+constexpr std::chrono::seconds patience{20};
+
+constexpr std::size_t largest_envelope = 512;
+
+}  // namespace
+
+std::string hex(std::u16string_view form) {
+  std::string bytes;
+  for (const char16_t u : form) bytes += {static_cast<char>(u), static_cast<char>(u >> 8)};
+  return to_hex(bytes);
+}
+
+std::string posted(const std::string& name, std::u16string_view form) {
+  return "post msg::" + name + " 1 " + hex(form) + " 0";
+}
+
+std::string request(std::string_view json) {
+  std::string envelope;
+  request_cutter(json, "r", max_request_envelope).next(envelope);
+  return make_frame(envelope);
+}
+
+fs::path make_folder() {
+  const std::string name = "cfhost-test-" + std::to_string(std::random_device()());
+  const fs::path folder = fs::temp_directory_path() / name;
+  fs::create_directory(folder);
+  return folder;
+}
+
+host_session::host_session(const std::string& script, const std::string& library,
+                           const lines& arguments)
+    : splitter_(largest_envelope) {
+  fs::copy_file(HOST_PROGRAM, folder_ / "cfhost");
+  if (!library.empty()) fs::copy_file(library, folder_ / "cfagent.so");
+  std::ofstream(folder_ / "script") << script;
+  std::string error;
+  process_ = platform::child_process::start(folder_ / "cfhost", arguments, error);
+  if (process_ == nullptr) throw std::runtime_error(error);
+}
+
+host_session::~host_session() {
+  process_.reset();
+  fs::remove_all(folder_);
+}
+
+bool host_session::send(std::string_view bytes) {
+  return process_->write(bytes.data(), bytes.size(), patience);
+}
+
+int host_session::finish() {
+  process_->close_input();
+  return process_->wait(patience).value_or(-1);
+}
+
+std::optional<std::string> host_session::next_frame() {
+  for (;;) {
+    if (auto envelope = splitter_.next()) return envelope;
+    char block[4096];
+    const std::size_t count = process_->read(block, sizeof block, patience).value_or(0);
+    if (count == 0 || splitter_.out_of_step()) return std::nullopt;
+    splitter_.feed({block, count});
+  }
+}
+
+lines host_session::replies(std::size_t count) {
+  lines texts;
+  std::string text, error = "end";
+  for (envelope e; texts.size() < count;) {
+    const auto frame = next_frame();
+    if (!frame && joiner_.unfinished() > 0) error = "end inside a reply";
+    const bool readable = frame && read_envelope(*frame, e, error);
+    const auto joined = readable ? joiner_.add(e, text, error) : join_result::refused;
+    if (joined == join_result::complete) texts.push_back(text);
+    if (joined != join_result::refused) continue;
+    texts.push_back(error + splitter_.complaint());
+    break;
+  }
+  return texts;
+}
+
+lines host_session::report(std::size_t count) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    lines found;
+    std::ifstream file(folder_ / "report");
+    for (std::string line; std::getline(file, line);) found.push_back(line);
+    if (found.size() >= count || std::chrono::steady_clock::now() > end) return found;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+}

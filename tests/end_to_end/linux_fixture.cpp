@@ -1,0 +1,52 @@
+#include "tests/end_to_end/linux_fixture.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "platform/linux/debug_address.h"
+
+namespace fs = std::filesystem;
+
+void write_configuration(const std::string& text) {
+  const fs::path folder = fs::path(CFHOST_SYSCONFDIR) / "Orvanta";
+  fs::create_directories(folder);
+  std::ofstream(folder / "coffer.ini") << text;
+}
+
+std::unique_ptr<platform::debug_viewer> open_debug_channel() {
+  fs::create_directories(fs::path(platform::debug_address().sun_path).parent_path());
+  std::string error;
+  auto channel = platform::debug_viewer::open(error);
+  if (channel == nullptr) throw std::runtime_error(error);
+  return channel;
+}
+
+x_server::x_server(const std::string& where) {
+  std::vector<std::string> arguments = {"-noreset", "-displayfd", "1"};
+  if (!where.empty()) arguments.push_back(where);
+  std::string error, number;
+  process = platform::child_process::start("/usr/bin/Xvfb", arguments, error);
+  if (process == nullptr) throw std::runtime_error(error);
+  // The server writes its number and a line end once it is ready.
+  for (char c = 0; process->read(&c, 1, std::chrono::seconds(20)) == 1u && c != '\n';) number += c;
+  display = number.empty() ? "" : ':' + number;
+  setenv("DISPLAY", display.c_str(), 1);
+}
+
+bool x_server::move_pointer(std::int16_t x, std::int16_t y) {
+  xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
+  bool moved = false;
+  if (xcb_connection_has_error(connection) == 0) {
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_generic_error_t* const error = xcb_request_check(
+        connection, xcb_warp_pointer_checked(connection, XCB_NONE, root, 0, 0, 0, 0, x, y));
+    moved = error == nullptr;
+    std::free(error);
+  }
+  xcb_disconnect(connection);
+  return moved;
+}

@@ -1,0 +1,218 @@
+// A client library for the tests: writes down what is posted and delivers what its script says.
+// The file "script" beside it holds one order per line, payloads in hexadecimal:
+//
+//   no-api, no-interface              gives null for that
+//   quiet                             posted messages are not written down
+//   WHEN deliver PART...              notifies of one object that has these parts
+//   WHEN threads COUNT TIMES PAYLOAD  notifies on so many threads, so often each; thread 0 puts an
+//                                     'A' in the place of the payload's last letter, thread 1 a 'B'
+//   WHEN hostile SEED PAYLOAD...      notifies of damaged payloads until the library is unloaded
+//
+// WHEN is register (on a thread of the library), post (inside each call of it) or unload. A PART is
+// data, values WORD or a PAYLOAD, which may have length NUMBER behind it. The file "report" gets
+// "post NAME WRITTEN BYTES REFERENCES-LEFT" and "notified RESULT REFERENCES-TAKEN" (by deliver).
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <fstream>
+#include <mutex>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "agent/byte_sink.h"
+#include "messages/agent_interface.h"
+#include "messages/records.h"
+#include "platform/exported.h"
+#include "platform/library_threads.h"
+#include "platform/module_folder.h"
+#include "tests/end_to_end/bytes.h"
+
+namespace {
+
+struct npc {
+  std::int32_t head[6] = {};
+  const char* packet = nullptr;
+};
+static_assert(offsetof(npc, packet) == npc_record::packet_offset);
+
+struct coffer_data {
+  std::int32_t head[8] = {};
+  std::int32_t fUpdate = 1, flags = 0, agPid = 4242, agStatus = 2;
+  CfSettings settings, default_settings;
+  std::int32_t dbStatus = -1;
+};
+static_assert(sizeof(coffer_data) == coffer_data_record::dbStatus_offset + 8);
+
+struct set_values {
+  std::int32_t head[4] = {};
+  std::int32_t has_settings = 0;
+  CfSettings settings;
+};
+static_assert(sizeof(set_values) == set_values_record::settings_offset + sizeof(CfSettings));
+
+// Answers to the names of the parts that it was given. Lives where it was made.
+struct delivered_object final : iCfMsg {
+  delivered_object() {
+    data.settings.set(u"pwdman.enabled", u"true");
+    data.default_settings.set(u"pwdman.enabled", u"false");
+    values.settings.assign(data.settings);
+  }
+
+  void add(const std::string& part, std::istream& words) {
+    std::int32_t length = 0;
+    if (part == "data") {
+      records.emplace_back(coffer_data_name, &data);
+    } else if (part == "values" && words >> values.has_settings) {
+      records.emplace_back(set_values_name, &values);
+    } else if (part == "length" && words >> length) {
+      set_length(length);
+    } else {
+      carry(from_hex(part));
+    }
+  }
+
+  // The packet ends with the payload's last byte, so that reading on doesn't go unnoticed.
+  void carry(const std::string& payload) {
+    packet.assign(npc_packet::payload_offset + payload.size(), '\xEE');
+    payload.copy(packet.data() + npc_packet::payload_offset, payload.size());
+    set_length(static_cast<std::int32_t>(payload.size()));
+    carried.packet = packet.data();
+    records.emplace_back(npc_name, &carried);
+  }
+
+  void* query(const cfName& n) override {
+    for (const auto& [name, record] : records) {
+      if (name == n) return record;
+    }
+    return iCfMsg::query(n);
+  }
+  std::int32_t release() override { return decRef(); }
+
+  void set_length(std::int32_t length) {
+    std::memcpy(packet.data() + npc_packet::length_offset, &length, sizeof length);
+  }
+
+  std::vector<char> packet;
+  npc carried;
+  coffer_data data;
+  set_values values;
+  std::vector<std::pair<cfName, void*>> records;
+};
+
+class probe final : public cfApi, public iCfClient {
+ public:
+  probe() {
+    std::ifstream script(folder_ + "script");
+    for (std::string line; std::getline(script, line);) script_.push_back(line);
+  }
+
+  ~probe() override {
+    stopping_ = true;
+    const bool ended = platform::threads_have_been_ended();
+    if (worker_.joinable()) ended ? worker_.detach() : worker_.join();
+    perform_all("unload");
+  }
+
+  bool told(const std::string& order) const {
+    return std::find(script_.begin(), script_.end(), order) != script_.end();
+  }
+
+  void* getInterface(const cfName& name) override {
+    const bool known = name == client_interface && !told("no-interface");
+    return known ? static_cast<iCfClient*>(this) : nullptr;
+  }
+
+  std::int32_t addObserver(iCfClientObs* observer) override {
+    observer_ = observer;
+    if (!platform::prepare_for_threads()) return 1;
+    worker_ = std::thread([this] { perform_all("register"); });
+    return 0;
+  }
+
+  std::int32_t post(iCfMsg* message) override {
+    byte_sink sink;
+    cfOStream stream = sink.stream();
+    const bool written = message->write(stream);
+    const wide_view name = message->name().text();
+    std::ostringstream line;
+    line << "post " << std::string(name.begin(), name.end()) << ' ' << written << ' '
+         << to_hex(sink.take()) << ' ' << message->release();
+    if (!told("quiet")) report(line.str());
+    perform_all("post");
+    return 0;
+  }
+
+ private:
+  void report(const std::string& line) {
+    const std::lock_guard<std::mutex> guard(report_mutex_);
+    std::ofstream(folder_ + "report", std::ios::app) << line + '\n';
+  }
+
+  void perform_all(const std::string& when) {
+    for (const std::string& line : script_) {
+      std::istringstream words(line);
+      std::string moment, action;
+      words >> moment >> action;
+      if (moment != when) continue;
+      if (action == "deliver") deliver(words);
+      if (action == "threads") deliver_on_threads(words);
+      if (action == "hostile") deliver_damaged(words);
+    }
+  }
+
+  void deliver(std::istream& words) {
+    delivered_object object;
+    for (std::string part; words >> part;) object.add(part, words);
+    const std::int32_t result = observer_->notify(&object);
+    report("notified " + std::to_string(result) + ' ' + std::to_string(object.addRef() - 1));
+  }
+
+  void notify_of(const std::string& payload) {
+    delivered_object object;
+    object.carry(payload);
+    observer_->notify(&object);
+  }
+
+  void deliver_on_threads(std::istream& words) {
+    int count = 0, times = 0;
+    std::string payload;
+    words >> count >> times >> payload;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+      std::string own = from_hex(payload);
+      own[own.size() - 4] = static_cast<char>('A' + i);
+      threads.emplace_back([this, own, times] {
+        for (int n = 0; n < times && !stopping_; ++n) notify_of(own);
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+  }
+
+  void deliver_damaged(std::istream& words) {
+    std::uint64_t seed = 0;
+    std::vector<std::string> payloads;
+    words >> seed;
+    for (std::string word; words >> word;) payloads.push_back(from_hex(word));
+    for (mutator random(seed); !stopping_;) {
+      notify_of(random.mutated(payloads[random.below(payloads.size())]));
+    }
+  }
+
+  const std::string folder_ = platform::module_folder();
+  std::vector<std::string> script_;
+  std::mutex report_mutex_;
+  iCfClientObs* observer_ = nullptr;
+  std::atomic<bool> stopping_{false};
+  std::thread worker_;
+};
+
+// Ends when the library is unloaded.
+probe the_probe;
+
+}  // namespace
+
+extern "C" PLATFORM_EXPORTED cfApi* Api() {
+  return the_probe.told("no-api") ? nullptr : &the_probe;
+}

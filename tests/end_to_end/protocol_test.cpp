@@ -1,0 +1,112 @@
+// Exact bytes through the whole host, in both directions.
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/host_session.h"
+
+using namespace std::literals;
+
+namespace {
+
+constexpr auto posted_page =
+    u"msg::CfMsgWebsite\0\0\0tab-12\0\0\xA5A5\xA5A5"
+    u"after-url\0\0before-url\0\0click-source\0\0context\0\0document-state\0complete\0"
+    u"partially-filled\0"
+    u"1\0source\0page-url\0source-context\0\0source-event\0\0"
+    u"submit-source\0\0title\0Sign in\0user-state\0load\0\0\xA5A5\xA5A5\1\0"
+    u"cf-schema\0\0cf-value\0\0context\0\0form-context\0\0id\0e1\0name\0email\0readonly\0\0"
+    u"type\0text\0value\0\0\0\xA5A5\xA5A5\0\0\0\0\0\0"sv;
+constexpr auto filled_page =
+    u"msg::CfMsgWebsite\0\0\0tab-12\0\0\xA5A5\xA5A5source\0page-url\0\0\xA5A5\xA5A5\1\0"
+    u"id\0e1\0name\0email\0type\0text\0value\0ann\0\0\xA5A5\xA5A5\0\0\0\0\0\0"sv;
+constexpr auto drop_down =
+    u"msg::CfMsgWebsite\0\0\0\0\0\xA5A5\xA5A5user-state\0drop-down\0\0\xA5A5\xA5A5\0\0\xA5A5\xA5A5"
+    u"\0\0\0\0\0\0"sv;
+constexpr auto open_url = u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in\0"sv;
+
+const std::string filled_text =
+    R"({"sender":"tab-12","source":"page-url","inputs":[{"name":"email","value":"ann",)"
+    R"("type":"text","id":"e1","readonly":"","context":"","form_context":"","dbSchema":"",)"
+    R"("dbvalue":""}],"dbItems":[]}})";
+
+}  // namespace
+
+TEST(requests, worked_examples_byte_for_byte) {
+  host_session host;
+  host.send("\x2F\0\0\0"sv);
+  host.send(R"({"id":"k9","fragment":0,"msg":"eyJtZXRob2QiOi"})");
+  host.send("\x3D\0\0\0"sv);
+  host.send(R"({"id":"k9","fragment":"final","msg":"JnZXQtc2V0dGluZ3MifQ=="})");
+  host.send("\x79\1\0\0"sv);
+  host.send(
+      R"({"id":"r7Kq","fragment":"final","msg":"eyJtZXRob2QiOiJnZXQtaW5mby1mb3ItcGFnZSIsImRhdGEi)"
+      R"(Onsic2VuZGVyIjoidGFiLTEyIiwic291cmNlIjoicGFnZS11cmwiLCJ0aXRsZSI6IlNpZ24gaW4iLCJ1c2VyX3N0)"
+      R"(YXRlIjoibG9hZCIsImRvY3VtZW50X3N0YXRlIjoiY29tcGxldGUiLCJmSGFzTXVsdGlwbGVGb3JtcyI6MCwiZklz)"
+      R"(UGFydGlhbGx5RmlsbGVkIjoxLCJpbnB1dHMiOlt7Im5hbWUiOiJlbWFpbCIsInZhbHVlIjoiIiwidHlwZSI6InRl)"
+      R"(eHQiLCJpZCI6ImUxIn1dfX0="})");
+  EXPECT_EQ(host.finish(), 0);
+  EXPECT_EQ(host.report(2),
+            (lines{"post msg::CfMsgGetSettings 0  0", posted("CfMsgWebsite", posted_page)}));
+  EXPECT_EQ(host.replies(1), lines{"end"});
+}
+
+TEST(requests, every_method_and_no_refused_one_stops_the_next) {
+  host_session host;
+  for (const char* const json :
+       {"{}", R"({"method":"open-coffer"})", "{", R"({"method":"configure-coffer"})",
+        R"({"method":"open-settings","data":7})", R"({"method":"Open-Settings"})",
+        R"({"method":"lock-coffer","method":7})", R"({"method":"save-info-from-page","data":{}})",
+        R"({"method":"unlock-coffer"})", R"({"method":"drop-down","data":null})", "[]"}) {
+    host.send(request(json) + make_frame("no envelope") + make_frame(""));
+  }
+  EXPECT_EQ(host.finish(), 0);
+  const lines expected = {
+      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\1\0\0\0"sv),
+      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\3\0\0\0"sv),
+      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\5\0\0\0"sv),
+      posted("CfMsgCfDbCmd", u"msg::CfMsgCfDbCmd\0\0\0\5\0\0\0\0\0\0\xFFFF\xFFFF"sv),
+      posted("CfMsgUnLockDb.1", u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0\3\0\0\0\0\0"sv),
+      posted("CfMsgWebsite", drop_down)};
+  EXPECT_EQ(host.report(expected.size()), expected);
+}
+
+TEST(notifications, worked_example_byte_for_byte) {
+  host_session host("register deliver " + hex(filled_page));
+  auto payload = host.next_frame();
+  ASSERT_TRUE(payload);
+  EXPECT_EQ(payload->size(), 0x174u);
+  EXPECT_EQ(
+      payload->replace(25, 32, "ID"),
+      R"({"reply":"success","id":"ID","fragment":"final","data":"eyJjb2ZmZXJfaW5mb191cGRhdGUiOnsic2)"
+      R"(VuZGVyIjoidGFiLTEyIiwic291cmNlIjoicGFnZS11cmwiLCJpbnB1dHMiOlt7Im5hbWUiOiJlbWFpbCIsInZhbHVl)"
+      R"(IjoiYW5uIiwidHlwZSI6InRleHQiLCJpZCI6ImUxIiwicmVhZG9ubHkiOiIiLCJjb250ZXh0IjoiIiwiZm9ybV9jb2)"
+      R"(50ZXh0IjoiIiwiZGJTY2hlbWEiOiIiLCJkYnZhbHVlIjoiIn1dLCJkYkl0ZW1zIjpbXX19"})");
+  EXPECT_EQ(host.finish(), 0);
+  EXPECT_EQ(host.report(1), lines{"notified 0 1"});
+}
+
+TEST(notifications, every_kind_and_none_for_what_is_damaged) {
+  const std::string page = hex(filled_page), response = hex(u"msg::CfMsgWebsiteRsp\0"sv);
+  const std::u16string long_url(2000, u'/');
+  const std::string url = hex(u"msg::CfMsgOpenUrl\0\0"sv) + hex(long_url) + "0000";
+  std::string script;
+  for (const std::string& parts :
+       {response + page, hex(u"msg::CfMsgWebsiteNavigate\0"sv) + page, hex(open_url), url,
+        std::string("data"), hex(open_url) + " data values 1", std::string("values 0"),
+        page + " length -1", page + " length 190", response + response,
+        hex(u"msg::CfMsgWebsiteX\0"sv), hex(u"msg::CfMsgWebsite"sv), std::string("values -1")}) {
+    script += "register deliver " + parts + '\n';
+  }
+  host_session host(script);
+  EXPECT_EQ(host.report(13), lines(13, "notified 0 1"));
+  EXPECT_EQ(host.finish(), 0);
+  const std::string opened = R"({"coffer-open-url":{"url":"pages/sign-in","uuid":"a1b2"}})",
+                    state = R"({"coffer-init-data":{"fUpdate":1,"flags":0,"agPid":4242,)"
+                            R"("agStatus":2,"dbStatus":-1,"settings":{"pwdman.enabled":"true"},)"
+                            R"("default_settings":{"pwdman.enabled":"false"}}})",
+                    settings = R"({"coffer-set-settings":{"pwdman.enabled":"true"}})";
+  EXPECT_EQ(
+      host.replies(10),
+      (lines{R"({"page_input_update":)" + filled_text, R"({"navigate_login":)" + filled_text,
+             opened, R"({"coffer-open-url":{"url":")" + std::string(2000, '/') + R"(","uuid":""}})",
+             state, opened, state, settings, settings, "end"}));
+}
