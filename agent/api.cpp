@@ -7,7 +7,6 @@
 #include "agent/form_reader.h"
 #include "messages/agent_interface.h"
 #include "platform/exported.h"
-#include "platform/library_threads.h"
 #include "platform/module_folder.h"
 
 namespace {
@@ -57,16 +56,10 @@ class agent final : public cfApi {
   client client_{delivery_};
 };
 
-struct agent_end {
-  void operator()(agent* ended) const {
-    if (!platform::threads_have_been_ended()) delete ended;
-  }
-};
-
 }  // namespace
 
 // The agent ends when the library is unloaded.
 extern "C" PLATFORM_EXPORTED cfApi* Api() {
-  static const std::unique_ptr<agent, agent_end> instance(agent::make().release());
+  static const std::unique_ptr<agent> instance = agent::make();
   return instance.get();
 }

@@ -21,8 +21,7 @@ enum exit_value {
   exit_no_interface = 2,
 };
 
-// How long the end of the process waits for notifications that are being written. The browser
-// counts on a prompt end, also when it has stopped reading.
+// How long the end of the process waits for notifications that are under way.
 constexpr std::chrono::milliseconds exit_patience{500};
 
 iCfClient* get_client() {
@@ -38,10 +37,8 @@ void serve_input() {
   }
 }
 
-}  // namespace
-
-// The browser passes arguments; they have no effect.
-int main() {
+exit_value run() {
+  platform::occupy_standard_streams();
   register_exit_actions();
   read_dump_switch();
   platform::prepare_standard_streams();
@@ -52,8 +49,13 @@ int main() {
 
   serve_input();
 
-  // A notification that is stuck in a full pipe holds the stream, and the runtime's way out would
-  // wait for that stream for ever.
+  // A notification that is stuck, in a full pipe or in the library, may hold the stream, and the
+  // runtime's way out would wait for that stream for ever.
   if (!close_agent_observer(exit_patience)) platform::leave_now(exit_input_ended);
   return exit_input_ended;
 }
+
+}  // namespace
+
+// The browser passes arguments; they have no effect.
+int main() { platform::end_process(run()); }

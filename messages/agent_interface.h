@@ -10,6 +10,10 @@
 #include "messages/message.h"
 #include "messages/settings.h"
 
+// Ends: when the host's input has ended, calls of `notify` come back at once without effect, and
+// the library is unloaded. Its end must stop its threads, or keep their code loaded, and not wait
+// for anything else. No exception may come out of the library into the host.
+
 // Receives what comes from the agent. Implemented by the host.
 class iCfClientObs {
  public:

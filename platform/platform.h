@@ -4,8 +4,10 @@
 // Unless said otherwise a function may be called from any thread, and never throws.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 #include "platform/wide.h"
 
@@ -13,9 +15,23 @@ namespace platform {
 
 // --- Standard streams and process end ------------------------------------------------------------
 
-// Lets raw bytes pass through standard output and standard input, and turns a reader that has gone
-// away into a failed write instead of the end of the process. Called once, before any transfer.
+// Makes sure that no file which the process opens later can take the place of a standard stream
+// that it was started without. Called once, before anything is opened.
+void occupy_standard_streams();
+
+// Lets raw bytes pass through standard output and standard input, in transfers that wait, and turns
+// a reader that has gone away into a failed write instead of the end of the process. Called once,
+// before any transfer.
 void prepare_standard_streams();
+
+// Waits until `output` takes a frame without making the writer wait, or fails at once. False when
+// standard input has ended and `output` has taken nothing for `patience` since: nobody is left to
+// read. Always true at once on a system that can't tell. One thread at a time.
+bool wait_for_output(std::FILE* output, std::chrono::milliseconds patience);
+
+// Ends the process as a return from main does, with the exit actions. After these, threads that a
+// library still has can't hold it up.
+[[noreturn]] void end_process(int exit_value);
 
 // Ends the process at once: no exit action runs and no stream is flushed.
 [[noreturn]] void leave_now(int exit_value);

@@ -1,45 +1,46 @@
 #include "transport/fragment_store.h"
 
-#include <algorithm>
 #include <utility>
 
 bool fragment_store::append(const std::string& id, std::string_view piece) {
-  const auto known = entries_.find(id);
-  const std::size_t own_size = known == entries_.end() ? 0 : known->second.text.size();
-  if (own_size + piece.size() > max_gathered_text) {
-    if (known != entries_.end()) erase(known);
+  const auto position = touch(id);
+  std::string& text = position->second.text;
+  if (text.size() + piece.size() > max_gathered_text) {
+    erase(position);
     return false;
   }
-  make_room(id, piece.size());
-  entry& target = entries_[id];
-  target.text.append(piece);
-  target.touched = ++clock_;
+  // The message itself was touched last, so the others go before it, and without them it fits.
+  while (text_size_ + piece.size() > max_gathered_text ||
+         entries_.size() > max_unfinished_messages) {
+    erase(entries_.find(*order_.front()));
+  }
+  text.append(piece);
   text_size_ += piece.size();
   return true;
 }
 
 std::string fragment_store::take(const std::string& id) {
   const auto position = entries_.find(id);
+  text_size_ -= position->second.text.size();
   std::string text = std::move(position->second.text);
-  text_size_ -= text.size();
+  order_.erase(position->second.touched);
   entries_.erase(position);
   return text;
 }
 
-// Drops other messages until the piece fits.
-void fragment_store::make_room(const std::string& id, std::size_t piece_size) {
-  const std::size_t most_others = max_unfinished_messages - 1;
-  while (text_size_ + piece_size > max_gathered_text ||
-         entries_.size() - entries_.count(id) > most_others) {
-    const auto age = [&id](const entries::value_type& e) {
-      return e.first == id ? UINT64_MAX : e.second.touched;
-    };
-    erase(std::min_element(entries_.begin(), entries_.end(),
-                           [&age](const auto& a, const auto& b) { return age(a) < age(b); }));
+// The entry of `id`, made if there is none, at the end of the order.
+fragment_store::entries::iterator fragment_store::touch(const std::string& id) {
+  const auto [position, is_new] = entries_.try_emplace(id);
+  if (is_new) {
+    position->second.touched = order_.insert(order_.end(), &position->first);
+  } else {
+    order_.splice(order_.end(), order_, position->second.touched);
   }
+  return position;
 }
 
 void fragment_store::erase(entries::iterator position) {
   text_size_ -= position->second.text.size();
+  order_.erase(position->second.touched);
   entries_.erase(position);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -27,16 +27,19 @@ class fragment_store {
   std::size_t text_size() const { return text_size_; }
 
  private:
+  // The ids of entries in the order in which they were touched, the last one at the end. The names
+  // belong to the map, whose elements stay where they are.
+  using touch_order = std::list<const std::string*>;
   struct entry {
     std::string text;
-    std::uint64_t touched = 0;
+    touch_order::iterator touched;
   };
   using entries = std::unordered_map<std::string, entry>;
 
-  void make_room(const std::string& id, std::size_t piece_size);
+  entries::iterator touch(const std::string& id);
   void erase(entries::iterator position);
 
   entries entries_;
-  std::uint64_t clock_ = 0;  // counts pieces; the order in which entries were touched
+  touch_order order_;
   std::size_t text_size_ = 0;
 };

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "host/diagnostics.h"
+#include "platform/platform.h"
 #include "transport/base64.h"
 #include "transport/frame_format.h"
 #include "transport/random_id.h"
@@ -56,6 +57,9 @@ bool put_frame(const std::string& packet, std::FILE* output) {
 // cleared for each frame, lest one reply be given up for the failure of another's frame in between.
 bool write_frame(const std::string& packet, std::FILE* output) {
   const std::lock_guard<output_lock> guard(stdout_lock);
+  // A write that waits for ever would hold up the end of the process, even the main thread if the
+  // library notifies from inside a call of it.
+  if (!platform::wait_for_output(output, abandoned_patience)) platform::leave_now(0);
   std::clearerr(output);
   const bool put = put_frame(packet, output);
   std::fflush(output);

@@ -2,10 +2,16 @@
 // number of threads may send at once; frames stay whole and the ids tell the replies apart.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
+
+// How long a frame may wait for its reader once the input has ended. Then the process ends, with
+// the exit value of an ended input: the browser counts on a prompt end, also when it has stopped
+// reading.
+constexpr std::chrono::milliseconds abandoned_patience{500};
 
 // Writes the JSON text of one message as frames, the only use that the host makes of standard
 // output. True when every frame was written in full. After the first frame that couldn't be written

@@ -5,6 +5,8 @@
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 
@@ -13,6 +15,9 @@
 
 namespace platform {
 namespace {
+
+// What a setup's own length doesn't count.
+constexpr std::size_t setup_header_size = 8;
 
 struct free_memory {
   void operator()(void* memory) const { std::free(memory); }
@@ -85,22 +90,43 @@ class pointer_source {
       drop_connection();
       return false;
     }
-    xcb_screen_iterator_t iterator = xcb_.roots(xcb_.setup(connection_));
-    for (; screen > 0 && iterator.rem > 1; --screen) xcb_.next_screen(&iterator);
-    root_ = iterator.data->root;
-    return true;
+    if (find_root(screen)) return true;
+    drop_connection();
+    return false;
+  }
+
+  // The library counts on lengths that the server gave; what they lead to must lie inside the
+  // setup.
+  bool find_root(int screen) {
+    const xcb_setup_t* const setup = xcb_.setup(connection_);
+    xcb_screen_iterator_t iterator = xcb_.roots(setup);
+    for (; iterator.rem > 0 && lies_inside(*setup, iterator.data); xcb_.next_screen(&iterator)) {
+      if (screen-- > 0) continue;
+      root_ = iterator.data->root;
+      return true;
+    }
+    return false;
+  }
+
+  static bool lies_inside(const xcb_setup_t& setup, const xcb_screen_t* screen) {
+    const auto first = reinterpret_cast<std::uintptr_t>(&setup);
+    const auto end = first + setup_header_size + std::size_t{4} * setup.length;
+    const auto at = reinterpret_cast<std::uintptr_t>(screen);
+    return at >= first && at <= end && end - at >= sizeof(xcb_screen_t);
   }
 
   bool wait_for(unsigned sequence, void*& answer) {
+    const auto deadline = std::chrono::steady_clock::now() + x_answer_timeout;
     pollfd readable = {xcb_.file_descriptor(connection_), POLLIN, 0};
-    for (;;) {
+    while (std::chrono::steady_clock::now() < deadline) {
       xcb_generic_error_t* error = nullptr;
       if (xcb_.poll_for_reply(connection_, sequence, &answer, &error)) {
         std::free(error);
         return !xcb_.has_error(connection_);
       }
-      if (poll(&readable, 1, x_answer_timeout_ms) <= 0) return false;
+      if (poll(&readable, 1, static_cast<int>(x_answer_timeout.count())) <= 0) return false;
     }
+    return false;
   }
 
   void drop_connection() {

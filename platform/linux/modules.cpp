@@ -40,7 +40,8 @@ wide_string library_path_beside(module_handle, wide_view name) {
 }
 
 module_handle load_library(const wide_string& path) {
-  if (path.empty() || path.front() != u'/') return nullptr;
+  // The loader replaces words behind a '$', which could lead to another folder.
+  if (path.empty() || path.front() != u'/' || path.find(u'$') != path.npos) return nullptr;
   return dlopen(narrow_path(path).c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 

@@ -1,13 +1,70 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
 #include "platform/platform.h"
 
 namespace platform {
+namespace {
 
-// Streams carry raw bytes here anyway. The runtime's default answer to a closed reader, ending the
-// process by a signal, would let the output side decide over the life of the host.
-void prepare_standard_streams() { std::signal(SIGPIPE, SIG_IGN); }
+using clock = std::chrono::steady_clock;
+
+void make_waiting(int fd) {
+  const int flags = fcntl(fd, F_GETFL);
+  if (flags >= 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+}
+
+int milliseconds_until(clock::time_point deadline) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - clock::now());
+  return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+}
+
+}  // namespace
+
+// Opening takes the lowest free number, so it goes upwards from 0.
+void occupy_standard_streams() {
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+    if (fcntl(fd, F_GETFD) == -1 && errno == EBADF) (void)open("/dev/null", O_RDWR);
+  }
+}
+
+// Streams carry raw bytes here anyway. The runtime's default answers to a closed reader and to a
+// file that is full, ending the process by a signal, would let the output side decide over the
+// host's life.
+void prepare_standard_streams() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  make_waiting(STDOUT_FILENO);
+  make_waiting(STDIN_FILENO);
+}
+
+// A pipe is ready when it has room for 4096 bytes, more than any frame. The input is watched for
+// its end alone; data in it is the main thread's.
+bool wait_for_output(std::FILE* output, std::chrono::milliseconds patience) {
+  pollfd streams[] = {{fileno(output), POLLOUT, 0}, {STDIN_FILENO, POLLRDHUP, 0}};
+  int timeout = -1;
+  clock::time_point deadline;
+  for (;;) {
+    const int ready = poll(streams, 2, timeout);
+    if (ready < 0 && errno != EINTR) return true;
+    if (ready > 0 && streams[0].revents != 0) return true;
+    if (ready > 0 && streams[1].revents != 0) {
+      streams[1].fd = -1;  // it has said what it had to say
+      deadline = clock::now() + patience;
+      timeout = 0;
+    }
+    if (timeout < 0) continue;
+    timeout = milliseconds_until(deadline);
+    if (timeout == 0) return false;
+  }
+}
+
+void end_process(int exit_value) { std::exit(exit_value); }
 
 // Not _exit, in whose place the thread sanitizer flushes the streams first.
 void leave_now(int exit_value) { std::_Exit(exit_value); }

@@ -32,7 +32,8 @@ bool greet(int fd) {
   if (send(fd, greeting, sizeof greeting, MSG_NOSIGNAL) != sizeof greeting) return false;
   pollfd readable = {fd, POLLIN, 0};
   char answer = 0;
-  return poll(&readable, 1, x_answer_timeout_ms) == 1 && recv(fd, &answer, 1, 0) == 1;
+  return poll(&readable, 1, static_cast<int>(x_answer_timeout.count())) == 1 &&
+         recv(fd, &answer, 1, 0) == 1;
 }
 
 // Connects to the display's socket, in the abstract name space or in the file system.

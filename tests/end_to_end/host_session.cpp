@@ -43,11 +43,12 @@ fs::path make_folder() {
 host_session::host_session(const std::string& script, const std::string& library,
                            const lines& arguments)
     : splitter_(largest_envelope) {
-  fs::copy_file(HOST_PROGRAM, folder_ / "cfhost");
-  if (!library.empty()) fs::copy_file(library, folder_ / "cfagent.so");
+  const fs::path program = folder_ / HOST_NAME;
+  fs::copy_file(HOST_PROGRAM, program);
+  if (!library.empty()) fs::copy_file(library, folder_ / LIBRARY_NAME);
   std::ofstream(folder_ / "script") << script;
   std::string error;
-  process_ = platform::child_process::start(folder_ / "cfhost", arguments, error);
+  process_ = platform::child_process::start(program.string(), arguments, error);
   if (process_ == nullptr) throw std::runtime_error(error);
 }
 

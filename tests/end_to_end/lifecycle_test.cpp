@@ -39,7 +39,7 @@ TEST(lifecycle, ends_with_its_input) {
 
 TEST(lifecycle, needs_its_library) {
   const auto folder = make_folder();
-  std::filesystem::copy_file(PROBE_LIBRARY, folder / "cfagent.so");
+  std::filesystem::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
   std::filesystem::current_path(folder);
   const std::tuple<std::string, std::string, int> cases[] = {{"", "", 1},
                                                              {"", NO_ENTRY_LIBRARY, 1},
@@ -52,6 +52,7 @@ TEST(lifecycle, needs_its_library) {
     EXPECT_EQ(host.replies(1), lines{"end"});
     EXPECT_EQ(host.report(0), lines{});
   }
+  std::filesystem::current_path(folder.parent_path());
   std::filesystem::remove_all(folder);
 }
 

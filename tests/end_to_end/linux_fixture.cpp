@@ -1,5 +1,3 @@
-#include "tests/end_to_end/linux_fixture.h"
-
 #include <xcb/xcb.h>
 
 #include <cstdlib>
@@ -8,6 +6,7 @@
 #include <stdexcept>
 
 #include "platform/linux/debug_address.h"
+#include "tests/end_to_end/system_fixture.h"
 
 namespace fs = std::filesystem;
 
@@ -25,20 +24,28 @@ std::unique_ptr<platform::debug_viewer> open_debug_channel() {
   return channel;
 }
 
-x_server::x_server(const std::string& where) {
+std::int32_t main_thread(const platform::child_process& host) {
+  return static_cast<std::int32_t>(host.process_id());
+}
+
+const bool screen_is_optional = true;
+
+test_screen::test_screen(const std::string& where) {
   std::vector<std::string> arguments = {"-noreset", "-displayfd", "1"};
   if (!where.empty()) arguments.push_back(where);
   std::string error, number;
-  process = platform::child_process::start("/usr/bin/Xvfb", arguments, error);
-  if (process == nullptr) throw std::runtime_error(error);
+  server = platform::child_process::start("/usr/bin/Xvfb", arguments, error);
+  if (server == nullptr) throw std::runtime_error(error);
   // The server writes its number and a line end once it is ready.
-  for (char c = 0; process->read(&c, 1, std::chrono::seconds(20)) == 1u && c != '\n';) number += c;
-  display = number.empty() ? "" : ':' + number;
-  setenv("DISPLAY", display.c_str(), 1);
+  for (char c = 0; server->read(&c, 1, std::chrono::seconds(20)) == 1u && c != '\n';) number += c;
+  name = number.empty() ? "" : ':' + number;
+  setenv("DISPLAY", name.c_str(), 1);
 }
 
-bool x_server::move_pointer(std::int16_t x, std::int16_t y) {
-  xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
+test_screen::~test_screen() = default;
+
+bool test_screen::move_pointer(std::int16_t x, std::int16_t y) {
+  xcb_connection_t* const connection = xcb_connect(name.c_str(), nullptr);
   bool moved = false;
   if (xcb_connection_has_error(connection) == 0) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;

@@ -110,8 +110,7 @@ class probe final : public cfApi, public iCfClient {
 
   ~probe() override {
     stopping_ = true;
-    const bool ended = platform::threads_have_been_ended();
-    if (worker_.joinable()) ended ? worker_.detach() : worker_.join();
+    if (worker_.joinable()) worker_.join();
     perform_all("unload");
   }
 
@@ -126,6 +125,11 @@ class probe final : public cfApi, public iCfClient {
 
   std::int32_t addObserver(iCfClientObs* observer) override {
     observer_ = observer;
+    // With a thread the library may stay in the process, so it has none without need.
+    const bool has_orders = std::any_of(script_.begin(), script_.end(), [](const auto& line) {
+      return line.starts_with("register");
+    });
+    if (!has_orders) return 0;
     if (!platform::prepare_for_threads()) return 1;
     worker_ = std::thread([this] { perform_all("register"); });
     return 0;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/end_to_end/host_session.h"
+#include "tests/end_to_end/system_fixture.h"
 
 using namespace std::literals;
 
@@ -19,8 +20,7 @@ constexpr auto filled_page =
     u"msg::CfMsgWebsite\0\0\0tab-12\0\0\xA5A5\xA5A5source\0page-url\0\0\xA5A5\xA5A5\1\0"
     u"id\0e1\0name\0email\0type\0text\0value\0ann\0\0\xA5A5\xA5A5\0\0\0\0\0\0"sv;
 constexpr auto drop_down =
-    u"msg::CfMsgWebsite\0\0\0\0\0\xA5A5\xA5A5user-state\0drop-down\0\0\xA5A5\xA5A5\0\0\xA5A5\xA5A5"
-    u"\0\0\0\0\0\0"sv;
+    u"msg::CfMsgWebsite\0\0\0\0\0\xA5A5\xA5A5user-state\0drop-down\0\0\xA5A5\xA5A5\0\0\xA5A5\xA5A5"sv;
 constexpr auto open_url = u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in\0"sv;
 
 const std::string filled_text =
@@ -59,13 +59,14 @@ TEST(requests, every_method_and_no_refused_one_stops_the_next) {
     host.send(request(json) + make_frame("no envelope") + make_frame(""));
   }
   EXPECT_EQ(host.finish(), 0);
+  const auto pointer = screen_is_optional ? u"\0\0\0\0\0\0"sv : u"\3\0\0\0\0\0"sv;
   const lines expected = {
       posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\1\0\0\0"sv),
       posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\3\0\0\0"sv),
       posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\5\0\0\0"sv),
       posted("CfMsgCfDbCmd", u"msg::CfMsgCfDbCmd\0\0\0\5\0\0\0\0\0\0\xFFFF\xFFFF"sv),
       posted("CfMsgUnLockDb.1", u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0\3\0\0\0\0\0"sv),
-      posted("CfMsgWebsite", drop_down)};
+      posted("CfMsgWebsite", std::u16string(drop_down).append(pointer))};
   EXPECT_EQ(host.report(expected.size()), expected);
 }
 

@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "tests/end_to_end/host_session.h"
-#include "tests/end_to_end/linux_fixture.h"
+#include "tests/end_to_end/system_fixture.h"
 
 using namespace std::literals;
 
@@ -14,14 +14,13 @@ namespace {
 // The next lines without "[thread] [ cf    ] ", a "|" behind each; addresses, which differ, as "@".
 std::string next_lines(platform::debug_viewer& channel, host_session& host, int count) {
   char start[32];
-  const auto thread = static_cast<int>(host.process().process_id());
-  std::snprintf(start, sizeof start, "[%4d] [ cf    ] ", thread);
+  std::snprintf(start, sizeof start, "[%4d] [ cf    ] ", main_thread(host.process()));
   std::string found;
   for (std::string line; count > 0 && channel.receive(line); --count) {
     if (!line.starts_with(start)) return found + "bad line: " + line;
     found += line.substr(std::strlen(start)) + '|';
   }
-  return std::regex_replace(found, std::regex("0x[0-9a-f]+"), "@");
+  return std::regex_replace(found, std::regex("0x[0-9a-f]+|[0-9a-f]{16}"), "@");
 }
 
 // What every frame gives, ahead of the lines of its members.
@@ -72,9 +71,9 @@ TEST(diagnostics, exact_lines_once_switched_on_and_none_before) {
   write_configuration("");
 }
 
-TEST(pointer, goes_with_the_request_and_outlives_the_server) {
-  auto server = std::make_unique<x_server>();
-  const std::string display = server->display;
+TEST(pointer, goes_with_the_request_and_outlives_the_screen) {
+  auto screen = std::make_unique<test_screen>();
+  const std::string name = screen->name;
   host_session host;
   std::size_t n = 0;
   const auto unlock_at = [&](std::u16string_view position) {
@@ -82,14 +81,16 @@ TEST(pointer, goes_with_the_request_and_outlives_the_server) {
     EXPECT_EQ(host.report(++n).back(),
               posted("CfMsgUnLockDb.1", u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0"s.append(position)));
   };
-  EXPECT_TRUE(server->move_pointer(640, 355));
+  EXPECT_TRUE(screen->move_pointer(640, 355));
   unlock_at(u"\3\0\x280\0\x163\0"sv);
-  EXPECT_TRUE(server->move_pointer(100, 200));
+  EXPECT_TRUE(screen->move_pointer(100, 200));
   unlock_at(u"\3\0\x64\0\xC8\0"sv);
-  server.reset();
-  unlock_at(u"\3\0\0\0\0\0"sv);
-  server = std::make_unique<x_server>(display);
-  EXPECT_TRUE(server->move_pointer(7, 8));
+  if (screen_is_optional) {
+    screen.reset();
+    unlock_at(u"\3\0\0\0\0\0"sv);
+    screen = std::make_unique<test_screen>(name);
+  }
+  EXPECT_TRUE(screen->move_pointer(7, 8));
   unlock_at(u"\3\0\7\0\x8\0"sv);
   EXPECT_EQ(host.finish(), 0);
 }

@@ -1,0 +1,28 @@
+#include "platform/windows/command_line.h"
+
+namespace platform {
+namespace {
+
+// Backslashes are themselves, except in front of a quote: there each needs another one. The quote
+// that closes the argument is such a quote too.
+std::string quoted(const std::string& argument) {
+  std::string text = "\"";
+  std::size_t backslashes = 0;
+  for (const char c : argument) {
+    if (c == '"') text.append(backslashes + 1, '\\');
+    backslashes = c == '\\' ? backslashes + 1 : 0;
+    text += c;
+  }
+  return text.append(backslashes, '\\') + '"';
+}
+
+}  // namespace
+
+std::string join_arguments(const std::string& program, const std::vector<std::string>& arguments) {
+  // A path holds no quote, and its backslashes are taken as they are.
+  std::string line = '"' + program + '"';
+  for (const std::string& argument : arguments) line += ' ' + quoted(argument);
+  return line;
+}
+
+}  // namespace platform

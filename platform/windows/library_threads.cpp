@@ -1,0 +1,16 @@
+#include "platform/library_threads.h"
+
+#include <windows.h>
+
+namespace platform {
+
+// A library ends under the lock of the loader, which a thread needs for its own end: the one would
+// wait for the other.
+bool prepare_for_threads() {
+  HMODULE module = nullptr;
+  const auto* const own_address = reinterpret_cast<const wchar_t*>(&prepare_for_threads);
+  return GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                            own_address, &module) != 0;
+}
+
+}  // namespace platform

@@ -1,0 +1,46 @@
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/platform.h"
+
+namespace platform {
+
+static_assert(_O_BINARY == 0x8000);
+
+// The runtime numbers the files that it opens. It takes the lowest free number, so it goes upwards
+// from 0.
+void occupy_standard_streams() {
+  for (int fd = 0; fd <= 2; ++fd) {
+    if (_get_osfhandle(fd) == -1) (void)_open("NUL", _O_RDWR);
+  }
+}
+
+// A reader that has gone away is a failed write here anyway.
+void prepare_standard_streams() {
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stdin), _O_BINARY);
+}
+
+// What the system tells of a pipe isn't enough: the room in it counts without what a reader waits
+// for, and while one thread reads, every question about the input waits for that read.
+bool wait_for_output(std::FILE*, std::chrono::milliseconds) { return true; }
+
+// The system ends the threads that are left before it tells the libraries of the end, and a library
+// may then wait for a lock that went with its thread. So nobody is told.
+void end_process(int exit_value) {
+  _cexit();
+  leave_now(exit_value);
+}
+
+// Even the runtime's quick ways out tell each library of the end, under a lock of the loader's that
+// a stuck thread may hold.
+void leave_now(int exit_value) {
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exit_value));
+  __builtin_unreachable();
+}
+
+}  // namespace platform

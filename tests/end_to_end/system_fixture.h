@@ -1,0 +1,31 @@
+// What the tests need of the system beside child processes; one implementation for each.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/child_process.h"
+#include "platform/debug_viewer.h"
+
+// Replaces the host's configuration, which all hosts of a build share; so they do the channel on
+// which their diagnostics come.
+void write_configuration(const std::string& text);
+std::unique_ptr<platform::debug_viewer> open_debug_channel();
+
+// The number under which the diagnostics of a host show its main thread.
+std::int32_t main_thread(const platform::child_process& host);
+
+// Whether hosts may find no screen, as they do in tests that don't make one.
+extern const bool screen_is_optional;
+
+// The screen of hosts, which lives as long as this where it is optional.
+struct test_screen {
+  // Where screens have names: at `where`, or at a free one.
+  explicit test_screen(const std::string& where = {});
+  ~test_screen();
+  bool move_pointer(std::int16_t x, std::int16_t y);
+
+  std::unique_ptr<platform::child_process> server;
+  std::string name;
+};

@@ -1,0 +1,58 @@
+#include <windows.h>
+// The other headers of the system build on that one.
+#include <shlobj.h>
+#include <tlhelp32.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "platform/windows/handle.h"
+#include "tests/end_to_end/system_fixture.h"
+
+namespace fs = std::filesystem;
+
+void write_configuration(const std::string& text) {
+  wchar_t common_data[MAX_PATH] = {};
+  SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, common_data);
+  const fs::path folder = fs::path(common_data) / "Orvanta";
+  fs::create_directories(folder);
+  std::ofstream(folder / "coffer.ini", std::ios::binary) << text;
+}
+
+std::unique_ptr<platform::debug_viewer> open_debug_channel() {
+  std::string error;
+  auto channel = platform::debug_viewer::open(error);
+  if (channel == nullptr) throw std::runtime_error(error);
+  return channel;
+}
+
+// The system lists the threads of a process in the order in which they were made.
+std::int32_t main_thread(const platform::child_process& host) {
+  const platform::handle threads(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+  THREADENTRY32 entry = {};
+  entry.dwSize = sizeof entry;
+  BOOL found = Thread32First(threads.get(), &entry);
+  while (found != 0 && entry.th32OwnerProcessID != host.process_id()) {
+    found = Thread32Next(threads.get(), &entry);
+  }
+  return found != 0 ? static_cast<std::int32_t>(entry.th32ThreadID) : 0;
+}
+
+const bool screen_is_optional = false;
+
+// A desktop that has just been made puts the pointer where it wants for a moment.
+test_screen::test_screen(const std::string&) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  POINT found = {};
+  do {
+    move_pointer(1, 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    GetCursorPos(&found);
+  } while ((found.x != 1 || found.y != 1) && std::chrono::steady_clock::now() < end);
+}
+
+test_screen::~test_screen() { move_pointer(0, 0); }
+
+bool test_screen::move_pointer(std::int16_t x, std::int16_t y) { return SetCursorPos(x, y) != 0; }
