@@ -35,7 +35,7 @@ std::string request(std::string_view json) {
 
 fs::path make_folder() {
   const std::string name = "cfhost-test-" + std::to_string(std::random_device()());
-  const fs::path folder = fs::temp_directory_path() / name;
+  fs::path folder = fs::temp_directory_path() / name;
   fs::create_directory(folder);
   return folder;
 }

@@ -63,8 +63,8 @@ TEST(Base64, KeepsToTheRoomThatThereIs) {
 
 TEST(RandomId, TakesEachLetterAndDigitAndNothingElse) {
   std::string all;
-  for (int i = 0; i < 100; ++i)
-    random_id((all += std::string(random_id_length, '!')).data() + 32 * i);
+  for (std::size_t i = 0; i < 100; ++i)
+    random_id((all += std::string(random_id_length, '!')).data() + random_id_length * i);
   std::sort(all.begin(), all.end());
   all.erase(std::unique(all.begin(), all.end()), all.end());
   EXPECT_EQ(all, "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
