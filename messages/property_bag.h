@@ -47,6 +47,9 @@ class propsW_t {
   // null value means the empty string.
   virtual bool set(const wide_char* key, const wide_char* value, bool overwrite);
 
+  // `set` with overwriting, for texts of known length that hold no zero unit.
+  void put(wide_view key, wide_view value) { map_.set(key, value); }
+
   // The value, good until that pair is changed or erased, or exactly `fallback`, which may be null.
   virtual const wide_char* get(const wide_char* key, const wide_char* fallback) const;
 

@@ -30,7 +30,9 @@ const text_map::pair* text_map::find(wide_view key) const {
 }
 
 void text_map::set(wide_view key, wide_view value) {
-  pair* const position = lower_bound(key);
+  // Who fills a bag in key order never has to search.
+  pair* const position =
+      empty() || pairs_[size_ - 1].key_text() < key ? pairs_ + size_ : lower_bound(key);
   if (!matches(position, key)) {
     insert(position, make_pair(key.data(), key.size(), value.data(), value.size()));
     return;

@@ -1,5 +1,6 @@
 #include "transport/text.h"
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -9,6 +10,19 @@ namespace {
 
 // Most texts of a page are short; their conversion needs no memory of its own.
 constexpr std::size_t stack_room = 512;
+
+std::uint32_t length_to_nul(const char* text, std::uint32_t length) {
+  const void* const nul = std::memchr(text, '\0', length);
+  if (nul == nullptr) return length;
+  return static_cast<std::uint32_t>(static_cast<const char*>(nul) - text);
+}
+
+// Wide results come from a text without NUL.
+void assign_to_nul(wide_string& out, wide_view result) { out.assign(result); }
+
+void assign_to_nul(std::string& out, std::string_view result) {
+  out.assign(result.substr(0, result.find('\0')));
+}
 
 // Runs `convert` into a buffer of `room` elements, the longest that its result can be, and assigns
 // what it made up to the first NUL.
@@ -29,14 +43,16 @@ bool convert_text(std::basic_string<Element>& out, const Source* text, std::uint
   Element* const buffer = on_heap ? on_heap.get() : on_stack;
   const std::size_t made = convert(text, length, buffer);
   if (made == 0) return false;
-  const std::basic_string_view<Element> result(buffer, made);
-  out.assign(result.substr(0, result.find(Element{})));
+  assign_to_nul(out, {buffer, made});
   return true;
 }
 
 }  // namespace
 
+// What stands behind a NUL is cut off before the conversion: no sequence of UTF-8 goes across one,
+// and bytes are searched faster than units.
 bool utf8_to_wide(wide_string& out, const char* text, std::uint32_t length) {
+  if (text != nullptr) length = length_to_nul(text, length);
   return convert_text(out, text, length, length, platform::utf8_to_utf16);
 }
 

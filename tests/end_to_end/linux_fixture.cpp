@@ -30,6 +30,8 @@ std::int32_t main_thread(const platform::child_process& host) {
 
 const bool screen_is_optional = true;
 
+bool rest_pointer() { return false; }
+
 test_screen::test_screen(const std::string& where) {
   std::vector<std::string> arguments = {"-noreset", "-displayfd", "1"};
   if (!where.empty()) arguments.push_back(where);

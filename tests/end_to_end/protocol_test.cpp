@@ -50,6 +50,7 @@ TEST(requests, worked_examples_byte_for_byte) {
 }
 
 TEST(requests, every_method_and_no_refused_one_stops_the_next) {
+  const auto pointer = rest_pointer() ? u"\3\0\0\0\0\0"sv : u"\0\0\0\0\0\0"sv;
   host_session host;
   for (const char* const json :
        {"{}", R"({"method":"open-coffer"})", "{", R"({"method":"configure-coffer"})",
@@ -59,7 +60,6 @@ TEST(requests, every_method_and_no_refused_one_stops_the_next) {
     host.send(request(json) + make_frame("no envelope") + make_frame(""));
   }
   EXPECT_EQ(host.finish(), 0);
-  const auto pointer = screen_is_optional ? u"\0\0\0\0\0\0"sv : u"\3\0\0\0\0\0"sv;
   const lines expected = {
       posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\1\0\0\0"sv),
       posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\3\0\0\0"sv),
@@ -81,8 +81,8 @@ TEST(notifications, worked_example_byte_for_byte) {
       R"(VuZGVyIjoidGFiLTEyIiwic291cmNlIjoicGFnZS11cmwiLCJpbnB1dHMiOlt7Im5hbWUiOiJlbWFpbCIsInZhbHVl)"
       R"(IjoiYW5uIiwidHlwZSI6InRleHQiLCJpZCI6ImUxIiwicmVhZG9ubHkiOiIiLCJjb250ZXh0IjoiIiwiZm9ybV9jb2)"
       R"(50ZXh0IjoiIiwiZGJTY2hlbWEiOiIiLCJkYnZhbHVlIjoiIn1dLCJkYkl0ZW1zIjpbXX19"})");
-  EXPECT_EQ(host.finish(), 0);
   EXPECT_EQ(host.report(1), lines{"notified 0 1"});
+  EXPECT_EQ(host.finish(), 0);
 }
 
 TEST(notifications, every_kind_and_none_for_what_is_damaged) {

@@ -16,8 +16,12 @@ std::unique_ptr<platform::debug_viewer> open_debug_channel();
 // The number under which the diagnostics of a host show its main thread.
 std::int32_t main_thread(const platform::child_process& host);
 
-// Whether hosts may find no screen, as they do in tests that don't make one.
+// Whether a host may find no screen.
 extern const bool screen_is_optional;
+
+// Puts the pointer that hosts find without a screen of the test's at (0, 0). False if they find
+// none.
+bool rest_pointer();
 
 // The screen of hosts, which lives as long as this where it is optional.
 struct test_screen {

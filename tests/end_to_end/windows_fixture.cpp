@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <thread>
 
 #include "platform/windows/handle.h"
 #include "tests/end_to_end/system_fixture.h"
@@ -42,16 +41,11 @@ std::int32_t main_thread(const platform::child_process& host) {
 
 const bool screen_is_optional = false;
 
-// A desktop that has just been made puts the pointer where it wants for a moment.
-test_screen::test_screen(const std::string&) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  POINT found = {};
-  do {
-    move_pointer(1, 1);
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    GetCursorPos(&found);
-  } while ((found.x != 1 || found.y != 1) && std::chrono::steady_clock::now() < end);
-}
+bool rest_pointer() { return test_screen().move_pointer(0, 0); }
+
+// The system makes the desktop for the first who asks for it, and the pointer stays where it is put
+// only on a desktop.
+test_screen::test_screen(const std::string&) { GetDesktopWindow(); }
 
 test_screen::~test_screen() { move_pointer(0, 0); }
 

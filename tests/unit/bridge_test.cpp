@@ -79,7 +79,7 @@ TEST_F(Dispatcher, RefusesWhatIsMalformedAndShowsTheRewrittenText) {
   EXPECT_EQ(outcome(R"({"method":"lock-coffer"}{})"), "none 1");
   EXPECT_EQ(outcome(""), "none 1");
   EXPECT_EQ(fake::system().lines[0].substr(17),
-            "json_parse: root=(nil) errorPos=N/A errorDesc=N/A\r\n");
+            "json_parse: root=" + null_address() + " errorPos=N/A errorDesc=N/A\r\n");
 }
 
 TEST_F(Dispatcher, TakesThePageIntoTheMessage) {

@@ -101,15 +101,6 @@ TEST(Text, IsConvertedExactlyWhereItIsWellFormed) {
             "<EF><BF><BD><F0><9F><98><80>a");
 }
 
-TEST(Text, HasEachMaximalSubpartReplaced) {
-  check([](const std::string& text) { return shown(widened(text)); }, R"(
-    <C0><AF><E0><80><BF><F0><81><82>A => <FFFD><FFFD><FFFD><FFFD><FFFD><FFFD><FFFD><FFFD>A
-    <F4><91><92><93><FF>A<80><BF>B => <FFFD><FFFD><FFFD><FFFD><FFFD>A<FFFD><FFFD>B
-    <E1><80><E2><F0><91><92><F1><BF>A => <FFFD><FFFD><FFFD><FFFD>A ;; <C3> => <FFFD>
-    <E2><82> => <FFFD> ;; <F0><9F><98> => <FFFD> ;; <F5><80> => <FFFD><FFFD> ;; <E2>A => <FFFD>A
-    <C1><BF> => <FFFD><FFFD> ;; <ED><A0> => <FFFD><FFFD> ;; <ED><AF>A => <FFFD><FFFD>A)");
-}
-
 TEST(Text, RefusesOnlyANullPointer) {
   wide_string wide = u"kept";
   std::string narrow = "kept";

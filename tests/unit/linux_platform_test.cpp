@@ -20,12 +20,19 @@ TEST(Profile, GivesTheFirstValueOfTheKey) {
     [t]<0A>k=1 => none ;; [s]<0A>[t]<0A>k=1 => none ;; [ => none)");
 }
 
-TEST(LeadingInteger, SaturatesAndStopsAtTheFirstForeignCharacter) {
-  const auto integer = [](const std::string& text) {
-    return std::to_string(platform::leading_integer(wide_string(text.begin(), text.end()).c_str()));
+TEST(Text, HasEachMaximalSubpartReplaced) {
+  const auto widened = [](const std::string& text) {
+    wide_string wide(text.size(), 0);
+    const auto length = static_cast<std::uint32_t>(text.size());
+    wide.resize(platform::utf8_to_utf16(text.data(), length, wide.data()));
+    return shown(wide);
   };
-  check(integer, R"(=> 0 ;; x => 0 ;; 12x => 12 ;; <20><09><0A>-7 => -7 ;; +7 => 7 ;; --7 => 0
-    2147483648 => 2147483647 ;; -2147483649 => -2147483648 ;; 99999999999999999999 => 2147483647)");
+  check(widened, R"(
+    <C0><AF><E0><80><BF><F0><81><82>A => <FFFD><FFFD><FFFD><FFFD><FFFD><FFFD><FFFD><FFFD>A
+    <F4><91><92><93><FF>A<80><BF>B => <FFFD><FFFD><FFFD><FFFD><FFFD>A<FFFD><FFFD>B
+    <E1><80><E2><F0><91><92><F1><BF>A => <FFFD><FFFD><FFFD><FFFD>A ;; <C3> => <FFFD>
+    <E2><82> => <FFFD> ;; <F0><9F><98> => <FFFD> ;; <F5><80> => <FFFD><FFFD> ;; <E2>A => <FFFD>A
+    <C1><BF> => <FFFD><FFFD> ;; <ED><A0> => <FFFD><FFFD> ;; <ED><AF>A => <FFFD><FFFD>A)");
 }
 
 TEST(Configuration, IsReadFromASmallTextFileAndNothingElse) {

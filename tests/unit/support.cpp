@@ -46,6 +46,12 @@ std::string form_of(iCfMsg& message) {
   return sink.bytes;
 }
 
+std::string null_address() {
+  char text[32];
+  std::snprintf(text, sizeof text, "%p", static_cast<void*>(nullptr));
+  return text;
+}
+
 std::string picture(const CfMsgWebsite& message) {
   std::string text = shown(message.sender) + picture(message.props);
   for (const propsW_t& bag : message.inputs) text += picture(bag);

@@ -46,6 +46,9 @@ struct odd_stream : odd_payload, cfIStream {
       : odd_payload(text), cfIStream(memory.get() + 1, std::ssize(text)) {}
 };
 
+// A null pointer as the runtime shows it.
+std::string null_address();
+
 // "sender|size key=value ...|size key=value ...|flags,x,y": the page's bag, then each input's;
 // pairs with an empty value show in the size alone.
 std::string picture(const CfMsgWebsite& message);
