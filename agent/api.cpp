@@ -38,8 +38,13 @@ class agent final : public cfApi {
   static std::unique_ptr<agent> make() {
     auto made = std::make_unique<agent>();
     std::string problem;
-    const std::string path = platform::module_folder() + coffer_file_name;
-    if (load_coffer(path, made->coffer_, problem)) return made;
+    const std::string folder = platform::module_folder();
+    // Never a file of the working directory.
+    if (folder.empty()) {
+      problem = "can't find out where the library lies";
+    } else if (load_coffer(folder + coffer_file_name, made->coffer_, problem)) {
+      return made;
+    }
     std::fprintf(stderr, "cfagent: %s (correct the file, or remove it to get a demo coffer)\n",
                  problem.c_str());
     return nullptr;

@@ -57,7 +57,8 @@ std::int32_t leading_integer(const wide_char* text);
 
 // --- Diagnostics ---------------------------------------------------------------------------------
 
-// Hands one terminated line to whoever watches the debugger output, or drops it. Never blocks.
+// Hands one terminated line to whoever watches the debugger output, or drops it. Never blocks,
+// unless the system makes its programs wait for a debugger.
 void write_debug_line(const char* line);
 void write_debug_line(const wide_char* line);
 
@@ -106,9 +107,10 @@ int random_number();
 // --- Text conversion -----------------------------------------------------------------------------
 
 // UTF-8 to UTF-16 and back. Neither fails on malformed text: on the way in each maximal subpart of
-// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, but a surrogate coded
-// in three bytes becomes that code unit, so that a pair coded one by one joins into the character
-// it means; on the way out a lone surrogate becomes U+FFFD.
+// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, where the system has no
+// conversion of its own that does it differently; but a surrogate coded in three bytes becomes that
+// code unit everywhere, so that a pair coded one by one joins into the character it means. On the
+// way out a lone surrogate becomes U+FFFD.
 //
 // `out` must have room for the longest possible result, which is `length` units for the first and
 // 3 * `length` bytes for the second. No terminator is read or written. The result is the number of

@@ -59,8 +59,11 @@ exit_value run_session(const cfext_options& options) {
   std::string error;
   request_source source(options);
   if (!source.open(error)) return fail(error);
-  const std::string path =
-      options.host.empty() ? platform::module_folder() + "cfhost" : options.host;
+  const std::string folder = platform::module_folder();
+  if (options.host.empty() && folder.empty()) {
+    return fail("can't find out where cfext lies; name the host with --host");
+  }
+  const std::string path = options.host.empty() ? folder + "cfhost" : options.host;
   auto host = platform::child_process::start(path, {}, error);
   if (host == nullptr) return fail(error);
 

@@ -49,10 +49,11 @@ bool make_pipe(pipe_ends& ends, DWORD our_access, DWORD childs_access) {
   ends.ours = handle(CreateNamedPipeA(
       name.c_str(), our_access | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
       PIPE_TYPE_BYTE | PIPE_REJECT_REMOTE_CLIENTS, 1, pipe_size, pipe_size, 0, nullptr));
+  if (!ends.ours.valid()) return false;
   SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
   ends.childs =
       handle(CreateFileA(name.c_str(), childs_access, 0, &inherited, OPEN_EXISTING, 0, nullptr));
-  return ends.ours.valid() && ends.childs.valid();
+  return ends.childs.valid();
 }
 
 struct transfer_result {

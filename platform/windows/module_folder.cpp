@@ -26,8 +26,11 @@ std::string file_name_text(const std::wstring& text) {
   const int size = static_cast<int>(text.size());
   BOOL lossy = FALSE;
   std::string narrow(3 * text.size(), '\0');
-  const int length = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), size,
-                                         narrow.data(), 3 * size, nullptr, &lossy);
+  // UTF-8 can express all but lone surrogates, and has options of its own to say so.
+  const bool is_utf8 = GetACP() == CP_UTF8;
+  const int length = WideCharToMultiByte(
+      CP_ACP, is_utf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS, text.data(), size,
+      narrow.data(), 3 * size, nullptr, is_utf8 ? nullptr : &lossy);
   narrow.resize(lossy != 0 ? 0 : static_cast<std::size_t>(length));
   return narrow;
 }

@@ -54,7 +54,8 @@ host_session::host_session(const std::string& script, const std::string& library
 
 host_session::~host_session() {
   process_.reset();
-  fs::remove_all(folder_);
+  std::error_code ignored;
+  fs::remove_all(folder_, ignored);
 }
 
 bool host_session::send(std::string_view bytes) {
