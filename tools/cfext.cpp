@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "platform/child_process.h"
-#include "platform/module_folder.h"
 #include "platform/platform.h"
 #include "tools/capture.h"
 #include "tools/cfext_options.h"
+#include "tools/host_location.h"
 #include "tools/host_session.h"
 #include "tools/request_source.h"
 #include "tools/transcript.h"
@@ -59,11 +59,8 @@ exit_value run_session(const cfext_options& options) {
   std::string error;
   request_source source(options);
   if (!source.open(error)) return fail(error);
-  const std::string folder = platform::module_folder();
-  if (options.host.empty() && folder.empty()) {
-    return fail("can't find out where cfext lies; name the host with --host");
-  }
-  const std::string path = options.host.empty() ? folder + "cfhost" : options.host;
+  const std::string path = options.host.empty() ? own_host_path() : options.host;
+  if (path.empty()) return fail("can't find out where cfext lies; name the host with --host");
   auto host = platform::child_process::start(path, {}, error);
   if (host == nullptr) return fail(error);
 

@@ -11,7 +11,7 @@ after the other, and prints each notification that comes back as one line of JSO
 texts; without any they are read from standard input, one per line. Blank lines and lines that start
 with # are skipped.
 
-  --host PATH       the host to start (default: cfhost beside cfext)
+  --host PATH       the host to start (default: cfhost beside cfext, or ../libexec/cfhost/cfhost)
   --file FILE       read the requests from FILE; - is standard input
   --wait MS         how long the host has to be quiet before the next request goes out, and before
                     its input is closed after the last one (default: 200)
