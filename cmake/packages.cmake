@@ -33,13 +33,13 @@ set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debi
 set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_HOST_DESCRIPTION
 "Native-messaging host of the coffer password manager
- The browser starts it for the extension of the password manager; it carries
- the extension's requests to the password-store agent and the agent's
- notifications back.
- .
- With cfsetup, which registers it with browsers and finds out why it doesn't
- start, cfext, which plays the extension, and cfdebug, which shows what the
- host reports.")
+The browser starts it for the extension of the password manager; it carries
+the extension's requests to the password-store agent and the agent's
+notifications back.
+.
+With cfsetup, which registers it with browsers and finds out why it doesn't
+start, cfext, which plays the extension, and cfdebug, which shows what the
+host reports.")
 
 set(CPACK_DEBIAN_AGENT_PACKAGE_NAME cfhost-dev-agent)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION devel)
@@ -47,6 +47,6 @@ set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "cfhost (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_AGENT_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_AGENT_DESCRIPTION
 "Development agent for cfhost
- Stands in for the password-store agent while somebody works on the extension
- or the host. It keeps its coffer in memory and protects nothing.")
+Stands in for the password-store agent while somebody works on the extension
+or the host. It keeps its coffer in memory and protects nothing.")
 include(CPack)

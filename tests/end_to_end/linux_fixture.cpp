@@ -10,6 +10,10 @@
 
 namespace fs = std::filesystem;
 
+std::vector<std::string> registration_options(const fs::path& root) {
+  return {"--root", root.string()};
+}
+
 void write_configuration(const std::string& text) {
   const fs::path folder = fs::path(CFHOST_SYSCONFDIR) / "Orvanta";
   fs::create_directories(folder);

@@ -7,6 +7,8 @@
 //   WHEN threads COUNT TIMES PAYLOAD  notifies on so many threads, so often each; thread 0 puts an
 //                                     'A' in the place of the payload's last letter, thread 1 a 'B'
 //   WHEN hostile SEED PAYLOAD...      notifies of damaged payloads until the library is unloaded
+//   WHEN leave NUMBER                 ends the process with that exit value
+//   WHEN sleep NUMBER                 waits so many milliseconds
 //
 // WHEN is register (on a thread of the library), post (inside each call of it) or unload. A PART is
 // data, values WORD or a PAYLOAD, which may have length NUMBER behind it. The file "report" gets
@@ -14,6 +16,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <mutex>
@@ -163,6 +167,11 @@ class probe final : public cfApi, public iCfClient {
       if (action == "deliver") deliver(words);
       if (action == "threads") deliver_on_threads(words);
       if (action == "hostile") deliver_damaged(words);
+      int number = 0;
+      if (action == "leave" && words >> number) std::_Exit(number);
+      if (action == "sleep" && words >> number) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(number));
+      }
     }
   }
 

@@ -2,11 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/child_process.h"
 #include "platform/debug_viewer.h"
+
+// Makes cfsetup register hosts below `root`, where a system lets registrations lie in folders.
+std::vector<std::string> registration_options(const std::filesystem::path& root);
 
 // Replaces the host's configuration, which all hosts of a build share; so they do the channel on
 // which their diagnostics come.

@@ -12,6 +12,8 @@
 
 namespace fs = std::filesystem;
 
+std::vector<std::string> registration_options(const std::filesystem::path&) { return {}; }
+
 void write_configuration(const std::string& text) {
   wchar_t common_data[MAX_PATH] = {};
   SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, common_data);

@@ -1,0 +1,45 @@
+// Files and folders, for the companion programs. Paths are in the code page of the program, and a
+// text "error" is for people: it tells what failed and why.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace platform {
+
+bool is_absolute_path(const std::string& path);
+
+// `folder` and `name` with one separator in between.
+std::string path_below(const std::string& folder, const std::string& name);
+
+// The folder that holds `path`, without a separator at its end unless it is the root.
+std::string folder_of(const std::string& path);
+
+// Name of a program's or library's file on this system.
+std::string program_file_name(const std::string& name);
+std::string library_file_name(const std::string& name);
+
+struct file_facts {
+  bool exists = false;
+  bool is_folder = false;
+  bool readable = false;    // by this user
+  bool executable = false;  // by this user, and a file
+};
+
+// What is at `path` once links are followed.
+file_facts look_at(const std::string& path);
+
+// Whether somebody may change the file or folder who is neither its owner nor an administrator.
+bool others_may_write(const std::string& path);
+
+// True with the whole content, false when the file can't be read or is longer than `limit` bytes.
+bool read_file(const std::string& path, std::size_t limit, std::string& content,
+               std::string& error);
+
+// Puts the file there in one step: readers find the old content or the new one. Folders that are
+// missing are made. Everybody may read it, only the owner may write it.
+bool write_file(const std::string& path, const std::string& content, std::string& error);
+
+bool remove_file(const std::string& path, std::string& error);
+
+}  // namespace platform

@@ -1,0 +1,120 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+namespace platform {
+namespace {
+
+constexpr mode_t folder_mode = 0755;
+constexpr mode_t file_mode = 0644;
+
+std::string reason(const char* action, const std::string& path) {
+  return std::string("can't ") + action + ' ' + path + ": " + std::strerror(errno);
+}
+
+bool write_all(int fd, const std::string& content) {
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const ssize_t count = write(fd, content.data() + done, content.size() - done);
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) done += static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+bool make_folders(const std::string& path, std::string& error) {
+  if (look_at(path).is_folder) return true;
+  const std::string parent = folder_of(path);
+  if (parent != path && !make_folders(parent, error)) return false;
+  if (mkdir(path.c_str(), folder_mode) == 0 || errno == EEXIST) return true;
+  error = reason("make the folder", path);
+  return false;
+}
+
+// The content must be on the disk before the name is: a crash in between would leave an empty file.
+bool fill(int fd, const std::string& content) {
+  const bool filled = write_all(fd, content) && fchmod(fd, file_mode) == 0 && fsync(fd) == 0;
+  return close(fd) == 0 && filled;
+}
+
+}  // namespace
+
+bool is_absolute_path(const std::string& path) { return !path.empty() && path.front() == '/'; }
+
+std::string path_below(const std::string& folder, const std::string& name) {
+  std::string path = folder;
+  if (path.empty() || path.back() != '/') path += '/';
+  return path.append(name, name.find_first_not_of('/'), std::string::npos);
+}
+
+std::string folder_of(const std::string& path) {
+  const std::size_t separator = path.rfind('/');
+  if (separator == std::string::npos) return ".";
+  return separator == 0 ? "/" : path.substr(0, separator);
+}
+
+std::string program_file_name(const std::string& name) { return name; }
+std::string library_file_name(const std::string& name) { return name + ".so"; }
+
+file_facts look_at(const std::string& path) {
+  struct stat found = {};
+  if (stat(path.c_str(), &found) != 0) return {};
+  const bool is_folder = S_ISDIR(found.st_mode);
+  return {true, is_folder, access(path.c_str(), R_OK) == 0,
+          !is_folder && access(path.c_str(), X_OK) == 0};
+}
+
+bool others_may_write(const std::string& path) {
+  struct stat found = {};
+  if (stat(path.c_str(), &found) != 0) return false;
+  // In a sticky folder nobody can replace what somebody else has put there.
+  if (S_ISDIR(found.st_mode) && (found.st_mode & S_ISVTX) != 0) return false;
+  return (found.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
+         (found.st_uid != 0 && found.st_uid != geteuid());
+}
+
+bool read_file(const std::string& path, std::size_t limit, std::string& content,
+               std::string& error) {
+  // Without waiting: a pipe in the place of the file must not hold anybody up.
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) {
+    error = reason("read", path);
+    return false;
+  }
+  content.resize(limit + 1);
+  std::size_t size = 0;
+  ssize_t count = 0;
+  do {
+    count = read(fd, content.data() + size, content.size() - size);
+    if (count > 0) size += static_cast<std::size_t>(count);
+  } while (size <= limit && (count > 0 || (count < 0 && errno == EINTR)));
+  if (count < 0) error = reason("read", path);
+  if (size > limit) error = path + " is longer than " + std::to_string(limit) + " bytes";
+  close(fd);
+  content.resize(size);
+  return count >= 0 && size <= limit;
+}
+
+bool write_file(const std::string& path, const std::string& content, std::string& error) {
+  if (!make_folders(folder_of(path), error)) return false;
+  std::string temporary = path + ".XXXXXX";
+  const int fd = mkostemp(temporary.data(), O_CLOEXEC);
+  if (fd >= 0 && fill(fd, content) && rename(temporary.c_str(), path.c_str()) == 0) return true;
+  error = reason("write", path);
+  if (fd >= 0) unlink(temporary.c_str());
+  return false;
+}
+
+bool remove_file(const std::string& path, std::string& error) {
+  if (unlink(path.c_str()) == 0 || errno == ENOENT) return true;
+  error = reason("remove", path);
+  return false;
+}
+
+}  // namespace platform

@@ -1,0 +1,77 @@
+#include "platform/registration.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace platform {
+namespace {
+
+std::string environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr && is_absolute_path(value) ? value : std::string();
+}
+
+std::string below_root(const std::string& root, const std::string& path) {
+  return root.empty() ? path : path_below(root, path);
+}
+
+// Empty if the environment has no home folder.
+std::string user_path(const std::string& root, std::string_view path) {
+  const std::string home = environment("HOME");
+  if (home.empty()) return {};
+  if (path.substr(0, 2) == "~/") {
+    return below_root(root, path_below(home, std::string(path.substr(2))));
+  }
+  const std::string settings = environment("XDG_CONFIG_HOME");
+  return below_root(root, path_below(settings.empty() ? path_below(home, ".config") : settings,
+                                     std::string(path)));
+}
+
+bool exists(const std::string& path) { return !path.empty() && look_at(path).exists; }
+
+}  // namespace
+
+manifest_place place_of(const browser_places& browser, const std::string&, const std::string& name,
+                        registration_scope scope, const std::string& root) {
+  const std::string folder = scope == registration_scope::user
+                                 ? user_path(root, browser.user_folder)
+                                 : below_root(root, browser.system_folder);
+  if (folder.empty()) return {};
+  return {path_below(folder, name + ".json"), {}, scope};
+}
+
+manifest_place place_in_user_data(const std::string& folder, const std::string& name) {
+  return {
+      path_below(folder, "NativeMessagingHosts/" + name + ".json"), {}, registration_scope::user};
+}
+
+std::string registered_file(const manifest_place& place) {
+  // A link that leads nowhere counts: the browser finds something there, if nothing good.
+  struct stat ignored = {};
+  const bool found = !place.file.empty() && lstat(place.file.c_str(), &ignored) == 0;
+  return found ? place.file : std::string();
+}
+
+bool add_registration(const manifest_place&, std::string&) { return true; }
+bool remove_registration(const manifest_place&, std::string&) { return true; }
+
+browser_traces find_browser(const browser_places& browser, const std::string& root) {
+  browser_traces traces;
+  traces.used = exists(user_path(root, browser.user_data));
+  traces.installed = exists(below_root(root, path_below("/usr/bin", browser.program))) ||
+                     exists(below_root(root, path_below("/usr/local/bin", browser.program)));
+  traces.flatpak =
+      exists(below_root(root, path_below("/var/lib/flatpak/app", browser.flatpak))) ||
+      exists(user_path(root, path_below("~/.local/share/flatpak/app", browser.flatpak)));
+  traces.snap = exists(below_root(root, path_below("/snap", browser.snap)));
+  return traces;
+}
+
+bool runs_for_somebody_else() { return geteuid() == 0 && std::getenv("SUDO_USER") != nullptr; }
+
+}  // namespace platform

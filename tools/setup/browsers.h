@@ -1,0 +1,25 @@
+// The browsers that the host can be registered with.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "platform/registration.h"
+
+// How a browser names extensions, and the member of a manifest that lists those it lets in.
+enum class id_form {
+  chromium,  // "allowed_origins"
+  firefox,   // "allowed_extensions"
+};
+
+struct browser {
+  const char* name;   // on the command line and in reports
+  const char* title;  // for people
+  id_form ids;
+  platform::browser_places places;
+};
+
+std::span<const browser> all_browsers();
+
+// Null if there is none of that name.
+const browser* find_browser(std::string_view name);

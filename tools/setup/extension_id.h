@@ -1,0 +1,17 @@
+// The ids under which browsers know extensions.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tools/setup/browsers.h"
+
+// The form of an id, or nothing with what is wrong in `error`. Chromium's are 32 letters from a to
+// p; Firefox's are name@domain or a {GUID}.
+std::optional<id_form> form_of_id(const std::string& id, std::string& error);
+
+// How a manifest lists the extension, and how a browser names it to the host that it starts.
+std::string origin_of(const std::string& id, id_form form);
+
+// Whether a manifest's entry is that of some extension.
+bool is_origin(const std::string& origin, id_form form);

@@ -1,0 +1,26 @@
+#include "tools/setup/live_start.h"
+
+#include "platform/child_process.h"
+
+namespace {
+
+// A host ends within a second of its input; a slow machine gets some more.
+constexpr std::chrono::seconds patience{5};
+
+}  // namespace
+
+live_start start_host(const std::string& path, const std::vector<std::string>& arguments) {
+  live_start result;
+  const auto begin = std::chrono::steady_clock::now();
+  const auto host = platform::child_process::start(path, arguments, result.error);
+  if (host == nullptr) return result;
+  host->close_input();
+  // What it has to say is taken, lest a full pipe hold it up.
+  char bytes[4096];
+  while (host->read(bytes, sizeof bytes, patience).value_or(0) > 0) {
+  }
+  result.exit_value = host->wait(patience);
+  result.duration = std::chrono::duration_cast<std::chrono::microseconds>(
+      std::chrono::steady_clock::now() - begin);
+  return result;
+}

@@ -1,0 +1,64 @@
+#include "tools/setup/report.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "json/writer.h"
+
+namespace {
+
+const char* name_of(severity weight) {
+  switch (weight) {
+    case severity::good:
+      return "good";
+    case severity::note:
+      return "note";
+    case severity::warning:
+      return "warning";
+    case severity::fault:
+      return "fault";
+  }
+  return "";
+}
+
+std::string line_of(const report_entry& entry) {
+  std::string line;
+  if (*entry.browser != '\0') line.append(entry.browser).append(": ");
+  if (entry.weight >= severity::warning) line.append(name_of(entry.weight)).append(": ");
+  line += entry.text;
+  if (entry.weight >= severity::warning) line.append(" [").append(entry.id).append("]");
+  line += '\n';
+  if (!entry.advice.empty()) line.append("    ").append(entry.advice).append("\n");
+  return line;
+}
+
+}  // namespace
+
+bool report::has_faults() const {
+  return std::any_of(entries_.begin(), entries_.end(),
+                     [](const report_entry& entry) { return entry.weight == severity::fault; });
+}
+
+std::string report::as_text() const {
+  std::string text;
+  for (const report_entry& entry : entries_) text += line_of(entry);
+  return text;
+}
+
+std::string report::as_json() const {
+  pair_stream list;
+  for (const report_entry& entry : entries_) {
+    pair_stream members;
+    json_put_string(members, "browser", entry.browser);
+    json_put_string(members, "severity", name_of(entry.weight));
+    json_put_string(members, "id", entry.id);
+    json_put_string(members, "text", entry.text);
+    json_put_string(members, "advice", entry.advice);
+    list << json_close_object(members) << ',';
+  }
+  pair_stream whole;
+  json_put_string(whole, "command", command_);
+  json_put_string(whole, "result", has_faults() ? "fault" : "good");
+  json_put_array(whole, "entries", list);
+  return json_close_object(whole) + '\n';
+}
