@@ -4,6 +4,11 @@ if(NOT WIN32)
   install_manual_pages()
   install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/cfhost COMPONENT host
           FILES_MATCHING PATTERN "*.md")
+  # Where cfsetup install --system registers the host. Removing the package removes what is empty.
+  foreach(folder /etc/chromium /etc/opt/chrome /etc/opt/edge /etc/opt/vivaldi /usr/lib/mozilla)
+    install(DIRECTORY DESTINATION ${folder}/native-messaging-hosts COMPONENT host
+            EXCLUDE_FROM_ALL)
+  endforeach()
 endif()
 
 string(TOLOWER ${CMAKE_SYSTEM_NAME} system)

@@ -50,9 +50,10 @@ class machine {
   }
   ~machine() {
     // What isn't in the folder would be found by the next test.
+    std::error_code ignored;
+    if (fs::is_directory(manifest_, ignored)) fs::remove(manifest_, ignored);
     run({"remove"});
     run({"remove", "--system"});
-    std::error_code ignored;
     fs::remove_all(folder_, ignored);
   }
 
@@ -82,6 +83,8 @@ class machine {
     while (const std::size_t count = setup->read(block, sizeof block, setup->forever).value_or(0)) {
       result.text.append(block, count);
     }
+    // Some systems have two characters for the end of a line.
+    std::erase(result.text, '\r');
     result.exit_value = setup->wait(setup->forever).value_or(-1);
     return result;
   }
@@ -93,16 +96,18 @@ class machine {
   }
 
   // Registers the host, and gives the manifest's path as it was reported.
-  fs::path registered(const lines& more = {}) const {
+  const fs::path& registered(const lines& more = {}) {
     const std::string text = install(more).text;
     const std::string start = "Vivaldi: wrote ";
     EXPECT_TRUE(text.starts_with(start)) << text;
     const std::size_t end = std::min(text.find('\n'), text.find(" and the registry key "));
-    return text.substr(start.size(), end - start.size());
+    manifest_ = text.substr(start.size(), end - start.size());
+    return manifest_;
   }
 
  private:
   fs::path folder_ = make_folder();
+  fs::path manifest_;
 };
 
 // The ids of what the doctor reports, in its order.
@@ -120,7 +125,7 @@ using damage = std::function<void(machine&)>;
 
 damage changed(const std::string& from, const std::string& to) {
   return [from, to](machine& m) {
-    const fs::path file = m.registered();
+    const fs::path& file = m.registered();
     write_text(file, replaced(read_text(file), from, to));
   };
 }
@@ -133,12 +138,12 @@ TEST(setup, doctor_names_each_fault) {
     damage prepare;
     lines arguments;
   } cases[] = {
-      {"started 0", [](machine& m) { m.registered(); }, {}},
-      {"started 0", [](machine& m) { m.registered(); }, {"--extension-id", id}},
+      {"manifest-good started 0", [](machine& m) { m.registered(); }, {}},
+      {"manifest-good started 0", [](machine& m) { m.registered(); }, {"--extension-id", id}},
       {"manifest-missing 1", [](machine&) {}, {}},
       {"manifest-unreadable 1",
        [](machine& m) {
-         const fs::path file = m.registered();
+         const fs::path& file = m.registered();
          fs::remove(file);
          fs::create_directory(file);
        },
@@ -152,7 +157,7 @@ TEST(setup, doctor_names_each_fault) {
       {"type-wrong started 1", changed("stdio", "stdin"), {}},
       {"path-relative 1",
        [](machine& m) {
-         const fs::path file = m.registered();
+         const fs::path& file = m.registered();
          const std::string text = read_text(file);
          const std::size_t at = text.find("\"path\":\"") + 8;
          write_text(file, text.substr(0, at) + "cfhost" + text.substr(text.find('"', at)));
@@ -161,28 +166,40 @@ TEST(setup, doctor_names_each_fault) {
       {"origin-absent started 1", changed("\"chrome-extension://" + id + "/\"", ""), {}},
       {"origin-absent started 1", [](machine& m) { m.registered(); }, {"--extension-id", other_id}},
       {"origin-malformed started 1", changed(id + '/', id), {}},
-      {"host-missing 1", [](machine& m) { m.registered(), fs::remove(m.host()); }, {}},
-      {"host-not-executable 1",
+      {"manifest-good host-missing 1",
+       [](machine& m) { m.registered(), fs::remove(m.host()); },
+       {}},
+      {"manifest-good host-not-executable 1",
        [](machine& m) {
          m.registered();
          fs::remove(m.host());
          write_text(m.host(), "#!");
        },
        {}},
-      {"library-missing 1", [](machine& m) { m.registered(), fs::remove(m.library()); }, {}},
-      {"library-unloadable 1",
+      {"manifest-good library-missing 1",
+       [](machine& m) { m.registered(), fs::remove(m.library()); },
+       {}},
+      {"manifest-good library-unloadable 1",
        [](machine& m) { m.registered(), write_text(m.library(), "no library"); },
        {}},
-      {"library-refuses 1", [](machine& m) { m.registered(), m.script("no-interface\n"); }, {}},
-      {"host-fails 1", [](machine& m) { m.registered(), m.script("unload leave 7\n"); }, {}},
-      {"host-hangs 1", [](machine& m) { m.registered(), m.script("unload sleep 15000\n"); }, {}},
-      {"system-manifest-hidden started 0",
+      {"manifest-good library-refuses 1",
+       [](machine& m) { m.registered(), m.script("no-interface\n"); },
+       {}},
+      {"manifest-good host-fails 1",
+       [](machine& m) { m.registered(), m.script("unload leave 7\n"); },
+       {}},
+      {"manifest-good host-hangs 1",
+       [](machine& m) { m.registered(), m.script("unload sleep 15000\n"); },
+       {}},
+      {"system-manifest-hidden manifest-good started 0",
        [](machine& m) {
          m.registered({"--system"});
          m.registered({"--extension-id", other_id});
        },
        {}},
-      {"started 0", [](machine& m) { m.registered({"--system"}), m.registered(); }, {}},
+      {"manifest-good started 0",
+       [](machine& m) { m.registered({"--system"}), m.registered(); },
+       {}},
   };
   for (const auto& c : cases) {
     machine m;
@@ -195,9 +212,9 @@ TEST(setup, doctor_names_each_fault) {
 }
 
 TEST(setup, repeats_itself_without_a_change_and_overwrites_no_other_host) {
-  const machine m;
+  machine m;
   EXPECT_TRUE(m.install({"--dry-run"}).text.starts_with("Vivaldi: would write "));
-  const fs::path file = m.registered();
+  const fs::path& file = m.registered();
   const std::string text = read_text(file);
   EXPECT_NE(text.find("\"chrome-extension://" + id + "/\""), std::string::npos) << text;
   EXPECT_TRUE(m.install().text.starts_with("Vivaldi: unchanged: "));
@@ -237,7 +254,7 @@ TEST(setup, refuses_arguments_that_it_cannot_use) {
 }
 
 TEST(setup, each_browser_gets_the_ids_of_its_form) {
-  const machine m;
+  machine m;
   const lines both = {"install", "--browser", "vivaldi",         "--extension-id",
                       id,        "--host",    m.host().string(), "--json"};
   EXPECT_EQ(findings(m.run(both)), "written 0");
@@ -275,25 +292,25 @@ TEST(setup, where_systems_have_roots_doctor_sees_browsers_and_writers_in_them) {
   const lines all = {"doctor", "--json", "--root", m.root().string()};
   EXPECT_EQ(findings(machine::run_as_given(all)), "no-browser 1");
 
-  const fs::path file = m.registered();
+  const fs::path& file = m.registered();
   constexpr auto public_file = fs::perms::owner_read | fs::perms::owner_write |
                                fs::perms::group_read | fs::perms::others_read;
   EXPECT_EQ(fs::status(file).permissions(), public_file);
-  EXPECT_EQ(findings(machine::run_as_given(all)), "started 0");
+  EXPECT_EQ(findings(machine::run_as_given(all)), "manifest-good started 0");
 
   fs::create_directories(m.root() / "var/lib/flatpak/app/com.vivaldi.Vivaldi");
   EXPECT_EQ(doctor(), "sandboxed started 1");
   fs::create_directories(m.root() / "usr/bin/vivaldi");
-  EXPECT_EQ(doctor(), "sandboxed started 0");
+  EXPECT_EQ(doctor(), "sandboxed manifest-good started 0");
   fs::remove_all(m.root() / "var");
   fs::create_directories(m.root() / "snap/vivaldi");
-  EXPECT_EQ(doctor(), "sandboxed started 0");
+  EXPECT_EQ(doctor(), "sandboxed manifest-good started 0");
   fs::remove_all(m.root() / "snap");
 
   for (const fs::path& open : {m.library(), m.host(), m.host().parent_path()}) {
     const fs::perms before = fs::status(open).permissions();
     fs::permissions(open, fs::perms::group_write, fs::perm_options::add);
-    EXPECT_EQ(doctor(), "writable-by-others started 0") << open;
+    EXPECT_EQ(doctor(), "manifest-good writable-by-others started 0") << open;
     fs::permissions(open, before);
   }
 

@@ -37,6 +37,7 @@ class browser_examination {
 
  private:
   void fault(const char* id, std::string text, std::string advice) {
+    has_faults_ = true;
     out_.add({subject_.title, severity::fault, id, std::move(text), std::move(advice)});
   }
   void warning(const char* id, std::string text, std::string advice) {
@@ -104,10 +105,16 @@ class browser_examination {
     }
     look_at_members(*found);
     look_at_extensions(*found);
-    if (platform::is_absolute_path(found->path)) return found;
-    fault("path-relative", file_ + " names the host by \"" + found->path + "\", no absolute path",
-          std::string(install_again) + " and --force.");
-    return std::nullopt;
+    if (!platform::is_absolute_path(found->path)) {
+      fault("path-relative", file_ + " names the host by \"" + found->path + "\", no absolute path",
+            std::string(install_again) + " and --force.");
+      return std::nullopt;
+    }
+    if (!has_faults_) {
+      out_.add(
+          {subject_.title, severity::good, "manifest-good", file_ + " is as it should be", {}});
+    }
+    return found;
   }
 
   void look_at_members(const manifest& found) {
@@ -150,6 +157,7 @@ class browser_examination {
   const setup_options& options_;
   report& out_;
   std::string file_;
+  bool has_faults_ = false;
 };
 
 }  // namespace
