@@ -9,6 +9,7 @@
 #include "json/writer.h"
 #include "messages/commands.h"
 #include "messages/records.h"
+#include "platform/wiping.h"
 #include "transport/reply_writer.h"
 
 namespace {
@@ -103,7 +104,7 @@ class agent_observer final : public iCfClientObs {
  public:
   constexpr agent_observer() = default;
 
-  // Running out of memory ends the process here: no exception of the host's may reach the library.
+  // No exception of the host's may reach the library.
   std::int32_t notify(iCfMsg* object) noexcept override {
     if (!gate.enter()) return 0;
     object->addRef();
@@ -112,6 +113,7 @@ class agent_observer final : public iCfClientObs {
     if (const void* data = object->query(coffer_data_name)) notify_coffer_data(data);
     if (const void* values = object->query(set_values_name)) notify_set_values(values);
     if (!dump_off) log_line("Test");
+    platform::wipe_stack();
     gate.leave();
     return 0;
   }

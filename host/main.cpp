@@ -3,23 +3,20 @@
 // standard output.
 
 #include <chrono>
+#include <cstdio>
 #include <string>
 
 #include "bridge/agent_observer.h"
 #include "bridge/dispatcher.h"
 #include "host/diagnostics.h"
 #include "host/exit_actions.h"
+#include "host/exit_value.h"
 #include "messages/client_library.h"
 #include "platform/platform.h"
+#include "platform/wiping.h"
 #include "transport/frame_reader.h"
 
 namespace {
-
-enum exit_value {
-  exit_input_ended = 0,
-  exit_no_library = 1,
-  exit_no_interface = 2,
-};
 
 // How long the end of the process waits for notifications that are under way.
 constexpr std::chrono::milliseconds exit_patience{500};
@@ -29,15 +26,24 @@ iCfClient* get_client() {
   return static_cast<iCfClient*>(client_library.api->getInterface(client_interface));
 }
 
+// False once no more message comes.
+bool serve_message() {
+  std::string message;
+  if (read_message(message) != read_complete) return false;
+  dispatch_method(message);
+  return true;
+}
+
+// The host may wait long for the next message. What is left of this one goes first.
 void serve_input() {
-  for (;;) {
-    std::string message;
-    if (read_message(message) != read_complete) return;
-    dispatch_method(message);
+  while (serve_message()) {
+    platform::wipe_read_bytes(stdin);
+    platform::wipe_stack();
   }
 }
 
 exit_value run() {
+  platform::forbid_memory_dumps();
   platform::occupy_standard_streams();
   register_exit_actions();
   read_dump_switch();

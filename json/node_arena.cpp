@@ -1,16 +1,14 @@
 #include "json/node_arena.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <exception>
+#include <new>
 
 static_assert(sizeof(arena_block) % alignof(json_node) == 0);
 
 void arena_add_block(node_arena& allocator) {
   const std::uint64_t size =
       std::max<std::uint64_t>(allocator.block_size, sizeof(arena_block) + sizeof(json_node));
-  void* const memory = std::malloc(size);
-  if (memory == nullptr) std::terminate();
+  void* const memory = ::operator new(size);
   allocator.head = new (memory)
       arena_block{size, sizeof(arena_block), static_cast<char*>(memory), allocator.head};
 }
@@ -19,6 +17,6 @@ void arena_release(node_arena& allocator) {
   while (allocator.head != nullptr) {
     arena_block* const block = allocator.head;
     allocator.head = block->next;
-    std::free(block);
+    ::operator delete(block);
   }
 }

@@ -15,6 +15,10 @@ namespace platform {
 
 // --- Standard streams and process end ------------------------------------------------------------
 
+// Keeps the memory of this process, which holds passwords, out of what the system stores or sends
+// when a process crashes. Called first thing.
+void forbid_memory_dumps();
+
 // Makes sure that no file which the process opens later can take the place of a standard stream
 // that it was started without. Called once, before anything is opened.
 void occupy_standard_streams();

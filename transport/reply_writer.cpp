@@ -8,6 +8,7 @@
 
 #include "host/diagnostics.h"
 #include "platform/platform.h"
+#include "platform/wiping.h"
 #include "transport/base64.h"
 #include "transport/frame_format.h"
 #include "transport/random_id.h"
@@ -63,6 +64,7 @@ bool write_frame(const std::string& packet, std::FILE* output) {
   std::clearerr(output);
   const bool put = put_frame(packet, output);
   std::fflush(output);
+  platform::wipe_sent_bytes(output, sizeof(frame_length) + packet.size());
   if (put && std::ferror(output) != 0) {
     if (!dump_off) log_line("Couldn't send string , abort");
     return false;

@@ -11,6 +11,10 @@ namespace platform {
 
 static_assert(_O_BINARY == 0x8000);
 
+// The mode keeps error reporting, and the dumps that it stores, away from exceptions that nobody
+// handles. A debugger can still be attached.
+void forbid_memory_dumps() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX); }
+
 // The runtime numbers the files that it opens. It takes the lowest free number, so it goes upwards
 // from 0.
 void occupy_standard_streams() {

@@ -3,6 +3,7 @@
 //
 //   no-api, no-interface              gives null for that
 //   quiet                             posted messages are not written down
+//   blind                             posted messages are not even asked for their form
 //   WHEN deliver PART...              notifies of one object that has these parts
 //   WHEN threads COUNT TIMES PAYLOAD  notifies on so many threads, so often each; thread 0 puts an
 //                                     'A' in the place of the payload's last letter, thread 1 a 'B'
@@ -11,7 +12,8 @@
 //   WHEN sleep NUMBER                 waits so many milliseconds
 //
 // WHEN is register (on a thread of the library), post (inside each call of it) or unload. A PART is
-// data, values WORD or a PAYLOAD, which may have length NUMBER behind it. The file "report" gets
+// data, values WORD or a PAYLOAD, which may have length NUMBER or masked behind it: then its bits
+// are the wrong way round except during the call. The file "report" gets
 // "post NAME WRITTEN BYTES REFERENCES-LEFT" and "notified RESULT REFERENCES-TAKEN" (by deliver).
 
 #include <algorithm>
@@ -72,6 +74,8 @@ struct delivered_object final : iCfMsg {
       records.emplace_back(set_values_name, &values);
     } else if (part == "length" && words >> length) {
       set_length(length);
+    } else if (part == "masked") {
+      masked = true;
     } else {
       carry(from_hex(part));
     }
@@ -94,11 +98,18 @@ struct delivered_object final : iCfMsg {
   }
   std::int32_t release() override { return decRef(); }
 
+  void turn_bits() {
+    for (std::size_t i = npc_packet::payload_offset; masked && i < packet.size(); ++i) {
+      packet[i] = static_cast<char>(~packet[i]);
+    }
+  }
+
   void set_length(std::int32_t length) {
     std::memcpy(packet.data() + npc_packet::length_offset, &length, sizeof length);
   }
 
   std::vector<char> packet;
+  bool masked = false;
   npc carried;
   coffer_data data;
   set_values values;
@@ -140,6 +151,7 @@ class probe final : public cfApi, public iCfClient {
   }
 
   std::int32_t post(iCfMsg* message) override {
+    if (told("blind")) return message->release(), perform_all("post"), 0;
     byte_sink sink;
     cfOStream stream = sink.stream();
     const bool written = message->write(stream);
@@ -178,7 +190,9 @@ class probe final : public cfApi, public iCfClient {
   void deliver(std::istream& words) {
     delivered_object object;
     for (std::string part; words >> part;) object.add(part, words);
+    object.turn_bits();
     const std::int32_t result = observer_->notify(&object);
+    object.turn_bits();
     report("notified " + std::to_string(result) + ' ' + std::to_string(object.addRef() - 1));
   }
 

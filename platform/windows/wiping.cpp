@@ -1,0 +1,42 @@
+#include "platform/wiping.h"
+
+#include <malloc.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace platform {
+namespace {
+
+// More than a request or a notification uses below the function that serves it, and little enough
+// for the threads of any library.
+constexpr std::size_t stack_reach = std::size_t{8} * 1024;
+
+}  // namespace
+
+void wipe(void* memory, std::size_t size) { SecureZeroMemory(memory, size); }
+
+void free_wiped(void* block) {
+  if (block != nullptr) wipe(block, _msize(block));
+  std::free(block);
+}
+
+[[gnu::noinline]] void wipe_stack() {
+  char below[stack_reach];
+  wipe(below, sizeof below);
+}
+
+// The fields of the stream are those that the runtime's own macros use; no function tells where in
+// its buffer a stream stands.
+void wipe_read_bytes(std::FILE* input) {
+  if (input->_base == nullptr) return;
+  wipe(input->_base, static_cast<std::size_t>(input->_ptr - input->_base));
+}
+
+void wipe_sent_bytes(std::FILE* output, std::size_t size) {
+  if (output->_base == nullptr) return;
+  wipe(output->_base, std::min(size, static_cast<std::size_t>(output->_bufsiz)));
+}
+
+}  // namespace platform
