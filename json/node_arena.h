@@ -15,23 +15,29 @@ struct arena_block {
   arena_block* next;   // the block that was the head before this one
 };
 
+// Memory that the nodes of one parse may take, in bytes. One character is enough to ask for a node:
+// without a bound a text within its own limit could take fifty times its size. This is half as much
+// again as the largest page needs whose inputs are all taken.
+constexpr std::uint64_t max_arena_memory = std::uint64_t{64} * 1024 * 1024;
+
 struct node_arena {
   arena_block* head;         // newest block; null while the arena is empty
   std::uint64_t block_size;  // bytes of a new block, header included
+  std::uint64_t memory_left = max_arena_memory;
 };
 
 // A small message fits one block.
 constexpr std::uint64_t default_arena_block_size = 1024;
 
-// Puts a new block in front of the others. The process ends when there is no memory left, since no
-// reader of a tree could go on without a node.
-void arena_add_block(node_arena& allocator);
+// Puts a new block in front of the others. False, without one, at the bound. The process ends when
+// the system has no memory left, since no reader of a tree could go on without a node.
+bool arena_add_block(node_arena& allocator);
 
-// Room for one node, not initialised, good until arena_release. Never null.
+// Room for one node, not initialised, good until arena_release; null at the bound.
 inline json_node* arena_alloc(node_arena& allocator) {
   if (allocator.head == nullptr ||
       allocator.head->used + sizeof(json_node) > allocator.head->size) {
-    arena_add_block(allocator);
+    if (!arena_add_block(allocator)) return nullptr;
   }
   arena_block& block = *allocator.head;
   void* const room = block.base + block.used;

@@ -124,6 +124,7 @@ class parser {
       return fail(at + 1, "Second root. Only one root allowed");
     }
     json_node* const node = new_node(kind);
+    if (node == nullptr) return too_large(at);
     if (top_ == nullptr) {
       root_ = node;
     } else {
@@ -148,6 +149,7 @@ class parser {
       return *at == ':' ? at + 1 : at;
     }
     json_node* const node = new_node(kind_string);
+    if (node == nullptr) return too_large(start);
     node->value.string = start;
     append(node);
     return behind_value(at);
@@ -203,6 +205,7 @@ class parser {
 
   char* number(char* start) {
     json_node* const node = new_node(kind_int);
+    if (node == nullptr) return too_large(start);
     char* at = start;
     for (; !ends_number(*at); ++at) {
       if (*at == '.' || *at == 'e' || *at == 'E') node->kind = kind_float;
@@ -223,6 +226,7 @@ class parser {
     // strncmp stops at the first difference, so the terminating NUL isn't passed.
     if (std::strncmp(at, word, length) != 0) return fail(at, "Unknown identifier");
     json_node* const node = new_node(kind);
+    if (node == nullptr) return too_large(at);
     node->value.boolean = value;
     append(node);
     return behind_value(at + length);
@@ -231,9 +235,10 @@ class parser {
   // Takes the comma that follows most values; a container is open.
   static char* behind_value(char* at) { return *at == ',' ? at + 1 : at; }
 
-  // A node that takes the pending key. Arena memory is raw, so every field is set.
+  // A node that takes the pending key, or null. Arena memory is raw, so every field is set.
   json_node* new_node(json_kind kind) {
     json_node* const node = arena_alloc(arena_);
+    if (node == nullptr) return nullptr;
     *node = {top_, nullptr, nullptr, nullptr, pending_key_, {}, kind};
     pending_key_ = nullptr;
     return node;
@@ -247,6 +252,8 @@ class parser {
     }
     top_->last_child = node;
   }
+
+  char* too_large(const char* position) { return fail(position, "Too many values"); }
 
   char* fail(const char* position, const char* text) {
     error_position_ = position;

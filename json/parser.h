@@ -13,6 +13,7 @@
 // and the tree points at them. All nodes come from `allocator`, also those of a parse that fails.
 //
 // On an error, and only then, `errorPos` points into `source` at the place of it and `errorDesc` at
-// a constant text. An empty text writes neither.
+// a constant text. An empty text writes neither. More nodes than max_arena_memory holds are an
+// error like any other.
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator);

@@ -131,6 +131,24 @@ TEST(Parser, StopsAtASpecialByteWhereverItStands) {
   }
 }
 
+TEST(Parser, BoundsTheMemoryOfNodes) {
+  std::string element = "{";
+  for (char key = 'a'; key < 'j'; ++key) element += '"' + std::string(1, key) + "\":\"v\",";
+  element += '}';
+  std::string page = "[";
+  for (int i = 0; i < 65536; ++i) page += element;
+  for (const auto& [text, expected] :
+       {std::pair(page + ']', ""), {std::string(2'000'000, '['), "Too many values"}}) {
+    std::string copy = text;
+    const char *position = nullptr, *description = "";
+    scoped_node_arena arena;
+    EXPECT_EQ(json_parse(copy.data(), position, description, arena) == nullptr, *expected != 0);
+    EXPECT_STREQ(description, expected);
+    arena_release(arena);
+    EXPECT_NE(arena_alloc(arena), nullptr) << "The bound is each parse's own.";
+  }
+}
+
 TEST(Parser, RewritesTheTextOnlyInsideStrings) {
   std::string text = R"({"k":"a\tb","n":[1,2.5,null]})";
   const char *position = nullptr, *description = nullptr;
