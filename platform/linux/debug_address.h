@@ -2,10 +2,12 @@
 #pragma once
 
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <string>
 
 namespace platform {
 
@@ -16,6 +18,19 @@ inline sockaddr_un debug_address() {
   std::snprintf(address.sun_path, sizeof address.sun_path, "%s/%u/cfhost.debug", CFHOST_RUNTIME_DIR,
                 static_cast<unsigned>(getuid()));
   return address;
+}
+
+inline std::string debug_folder(const sockaddr_un& address) {
+  const std::string path = address.sun_path;
+  return path.substr(0, path.rfind('/'));
+}
+
+// True if nobody but the user can have put anything into the folder, or take it away. Else lines,
+// which hold passwords, could go to a socket of somebody else's.
+inline bool is_own_folder(const std::string& folder) {
+  struct stat status {};
+  return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == getuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
 }  // namespace platform

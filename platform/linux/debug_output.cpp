@@ -18,6 +18,7 @@ namespace {
 struct debug_socket {
   int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   sockaddr_un address = debug_address();
+  std::string folder = debug_folder(address);
 };
 
 // Longer than any line of the diagnostics, in units; what is beyond is cut.
@@ -25,6 +26,7 @@ constexpr std::size_t max_wide_line = 256;
 
 void send_line(const char* line, std::size_t length) {
   static const debug_socket target;
+  if (!is_own_folder(target.folder)) return;
   (void)sendto(target.fd, line, length, MSG_DONTWAIT | MSG_NOSIGNAL,
                reinterpret_cast<const sockaddr*>(&target.address), sizeof target.address);
 }

@@ -86,8 +86,7 @@ class linux_viewer final : public debug_viewer {
   // The folder, locked until it is closed, so that two viewers that start at once don't take each
   // other's socket for a left-over.
   int open_folder(std::string& error) const {
-    const std::string path = address_.sun_path;
-    const std::string folder = path.substr(0, path.rfind('/'));
+    const std::string folder = debug_folder(address_);
     const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) {
       error = because("can't open the runtime folder " + folder);
@@ -96,8 +95,14 @@ class linux_viewer final : public debug_viewer {
       }
       return -1;
     }
-    if (flock(fd, LOCK_EX | LOCK_NB) == 0) return fd;
-    error = because("can't lock " + folder) + "\nIs another viewer starting? Try again.";
+    if (!is_own_folder(folder)) {
+      error =
+          "others can write to the folder " + folder + "\nMake it yours alone: chmod 700 " + folder;
+    } else if (flock(fd, LOCK_EX | LOCK_NB) == 0) {
+      return fd;
+    } else {
+      error = because("can't lock " + folder) + "\nIs another viewer starting? Try again.";
+    }
     close(fd);
     return -1;
   }

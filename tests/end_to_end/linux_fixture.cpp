@@ -21,7 +21,9 @@ void write_configuration(const std::string& text) {
 }
 
 std::unique_ptr<platform::debug_viewer> open_debug_channel() {
-  fs::create_directories(fs::path(platform::debug_address().sun_path).parent_path());
+  const fs::path folder = platform::debug_folder(platform::debug_address());
+  fs::create_directories(folder);
+  fs::permissions(folder, fs::perms::owner_all);
   std::string error;
   auto channel = platform::debug_viewer::open(error);
   if (channel == nullptr) throw std::runtime_error(error);

@@ -1,9 +1,13 @@
-// Where the system tells how much room a pipe has, even the main thread doesn't wait for ever.
+// What only this system has: pipes that tell how much room they have, and a debugger output whose
+// place in the file system others might write to.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <thread>
 
+#include "platform/linux/debug_address.h"
 #include "tests/end_to_end/host_session.h"
+#include "tests/end_to_end/system_fixture.h"
 
 using namespace std::literals;
 
@@ -16,4 +20,24 @@ TEST(lifecycle, ends_in_time_while_a_request_is_stuck) {
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(host.finish(), 0);
   EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+}
+
+TEST(diagnostics, go_to_no_place_that_others_may_have_made) {
+  namespace fs = std::filesystem;
+  const auto channel = open_debug_channel();
+  const fs::path folder = platform::debug_folder(platform::debug_address());
+  write_configuration("[coffer]\ndump=1\n");
+  host_session host;
+  for (const auto& [mode, id] : {std::pair(0777, "a"), {0702, "b"}, {0770, "c"}, {0755, "d"}}) {
+    fs::permissions(folder, static_cast<fs::perms>(mode));
+    host.send(make_frame("{\"id\":\""s + id + "\",\"fragment\":1}") +
+              request(R"({"method":"lock-coffer"})"));
+    // Once the request has arrived the lines of the frame before it are written.
+    host.report(static_cast<std::size_t>(*id - 'a' + 1));
+  }
+  std::string line;
+  ASSERT_TRUE(channel->receive(line));
+  EXPECT_NE(line.find(R"({"id":"d")"), line.npos) << line;
+  EXPECT_EQ(host.finish(), 0);
+  write_configuration("");
 }
