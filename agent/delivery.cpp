@@ -4,7 +4,7 @@
 
 delivery::~delivery() {
   {
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const checked_lock lock(mutex_);
     ending_ = true;
   }
   changed_.notify_one();
@@ -20,7 +20,7 @@ bool delivery::start(iCfClientObs* observer) {
 
 void delivery::post(std::unique_ptr<iCfMsg> request) {
   {
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const checked_lock lock(mutex_);
     requests_.push_back(std::move(request));
   }
   changed_.notify_one();
@@ -40,8 +40,8 @@ void delivery::run(iCfClientObs& observer) {
 
 // Waits for the next request; null at the end.
 std::unique_ptr<iCfMsg> delivery::next() {
-  std::unique_lock<std::mutex> guard(mutex_);
-  changed_.wait(guard, [this] { return ending_ || !requests_.empty(); });
+  checked_lock lock(mutex_);
+  changed_.wait(lock.native(), [this]() REQUIRES(mutex_) { return ending_ || !requests_.empty(); });
   if (ending_) return nullptr;
   std::unique_ptr<iCfMsg> request = std::move(requests_.front());
   requests_.pop_front();

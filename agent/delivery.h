@@ -4,11 +4,11 @@
 #include <condition_variable>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 #include "agent/responder.h"
 #include "messages/agent_interface.h"
+#include "platform/checked_mutex.h"
 
 // Takes requests on any thread and never makes the caller wait for an observer. Works on them one
 // by one, in the order in which they came, so that each sees what the ones before it have done.
@@ -37,9 +37,9 @@ class delivery {
   std::unique_ptr<iCfMsg> next();
 
   responder& responder_;
-  std::mutex mutex_;
+  checked_mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::unique_ptr<iCfMsg>> requests_;  // guarded by mutex_, like `ending_`
-  bool ending_ = false;
+  std::deque<std::unique_ptr<iCfMsg>> requests_ GUARDED_BY(mutex_);
+  bool ending_ GUARDED_BY(mutex_) = false;
   std::thread thread_;  // used by the host's main thread alone
 };

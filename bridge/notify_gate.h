@@ -3,7 +3,8 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
+
+#include "platform/checked_mutex.h"
 
 // A door that is open until it is closed for good. Any thread may use it.
 class notify_gate {
@@ -17,8 +18,8 @@ class notify_gate {
   bool close(std::chrono::milliseconds patience);
 
  private:
-  std::mutex mutex_;
+  checked_mutex mutex_;
   std::condition_variable emptied_;
-  int inside_ = 0;
-  bool closed_ = false;
+  int inside_ GUARDED_BY(mutex_) = 0;
+  bool closed_ GUARDED_BY(mutex_) = false;
 };

@@ -28,6 +28,11 @@ add_cxx_options(
   # Fused multiply-add would change the single-precision results of the parser.
   -ffp-contract=off)
 
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+  # What platform/checked_mutex.h is for.
+  add_cxx_options(-Wthread-safety)
+endif()
+
 include_directories(${PROJECT_SOURCE_DIR})
 
 if(CFHOST_SANITIZE)

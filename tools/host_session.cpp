@@ -52,18 +52,18 @@ void host_session::send(const std::string& text, std::size_t envelope_size) {
 }
 
 void host_session::wait_quiet() {
-  std::unique_lock<std::mutex> lock(mutex_);
+  checked_lock lock(mutex_);
   const auto give_up = clock::now() + quiet_time_ + noise_patience;
   while (failure_.empty() && !output_ended_) {
     const auto due = std::min(last_traffic_ + quiet_time_, give_up);
     if (clock::now() >= due) return;
-    changed_.wait_until(lock, due);
+    changed_.wait_until(lock.native(), due);
   }
 }
 
 std::optional<int> host_session::finish() {
   {
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const checked_lock lock(mutex_);
     input_closed_ = true;
   }
   host_->close_input();
@@ -73,15 +73,16 @@ std::optional<int> host_session::finish() {
     host_->kill();
   }
   {
-    std::unique_lock<std::mutex> lock(mutex_);
-    changed_.wait_for(lock, tail_patience, [this] { return output_ended_; });
+    checked_lock lock(mutex_);
+    changed_.wait_for(lock.native(), tail_patience,
+                      [this]() REQUIRES(mutex_) { return output_ended_; });
   }
   stop_reader();
   return exit_value;
 }
 
 std::string host_session::failure() const {
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   return failure_;
 }
 
@@ -91,7 +92,7 @@ void host_session::read_output() {
     const std::optional<std::size_t> count = host_->read(bytes, sizeof bytes, read_step);
     if (count == std::size_t{0}) return note_end_of_output();
     if (count.has_value()) take({bytes, *count});
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const checked_lock lock(mutex_);
     if (stop_) return;
   }
 }
@@ -121,14 +122,14 @@ bool host_session::take_frame(const std::string& text, std::string& error) {
 }
 
 void host_session::note_traffic() {
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   last_traffic_ = clock::now();
 }
 
 void host_session::note_end_of_output() {
   std::string complaint = splitter_.complaint();
   if (complaint.empty() && joiner_.unfinished() != 0) complaint = "a notification is unfinished";
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   if (failure_.empty() && !input_closed_)
     failure_ = "the host ended its output before its input ended";
   if (failure_.empty()) failure_ = complaint;
@@ -137,14 +138,14 @@ void host_session::note_end_of_output() {
 }
 
 void host_session::fail(const std::string& what) {
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   if (failure_.empty()) failure_ = what;
   changed_.notify_all();
 }
 
 void host_session::stop_reader() {
   {
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const checked_lock lock(mutex_);
     stop_ = true;
   }
   if (reader_.joinable()) reader_.join();

@@ -5,11 +5,11 @@
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
 
+#include "platform/checked_mutex.h"
 #include "platform/child_process.h"
 #include "tools/frame_splitter.h"
 #include "tools/message_joiner.h"
@@ -58,13 +58,13 @@ class host_session {
   frame_splitter splitter_;
   message_joiner joiner_;
 
-  mutable std::mutex mutex_;  // guards what follows
+  mutable checked_mutex mutex_;
   std::condition_variable changed_;
-  clock::time_point last_traffic_ = clock::now();
-  std::string failure_;
-  bool input_closed_ = false;
-  bool output_ended_ = false;
-  bool stop_ = false;
+  clock::time_point last_traffic_ GUARDED_BY(mutex_) = clock::now();
+  std::string failure_ GUARDED_BY(mutex_);
+  bool input_closed_ GUARDED_BY(mutex_) = false;
+  bool output_ended_ GUARDED_BY(mutex_) = false;
+  bool stop_ GUARDED_BY(mutex_) = false;
 
   std::thread reader_;
 };

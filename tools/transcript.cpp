@@ -37,13 +37,13 @@ bool transcript::take(const std::string& text, const envelope& e, message_joiner
 }
 
 bool transcript::failed() const {
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   return failed_;
 }
 
 void transcript::line(std::string_view mark, std::string_view text) {
   const std::string whole = std::string(mark) + printable_line(text) + '\n';
-  const std::lock_guard<std::mutex> guard(mutex_);
+  const checked_lock lock(mutex_);
   if (std::fwrite(whole.data(), 1, whole.size(), stdout) != whole.size()) failed_ = true;
   if (std::fflush(stdout) != 0) failed_ = true;
 }

@@ -1,10 +1,10 @@
 // What cfext shows on standard output. Any thread may show something; lines stay whole.
 #pragma once
 
-#include <mutex>
 #include <string>
 #include <string_view>
 
+#include "platform/checked_mutex.h"
 #include "tools/message_joiner.h"
 
 class transcript {
@@ -29,6 +29,6 @@ class transcript {
 
   const bool frames_;
   const bool both_ways_;
-  mutable std::mutex mutex_;
-  bool failed_ = false;
+  mutable checked_mutex mutex_;
+  bool failed_ GUARDED_BY(mutex_) = false;
 };

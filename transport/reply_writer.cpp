@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <new>
 
 #include "host/diagnostics.h"
@@ -41,7 +40,7 @@ std::unique_ptr<char[]> encode(const std::string& text) {
 }
 
 // Writes the two parts of a frame into the stream's buffer, and logs the one that fell short.
-bool put_frame(const std::string& packet, std::FILE* output) {
+bool put_frame(const std::string& packet, std::FILE* output) REQUIRES(stdout_lock) {
   const auto length = static_cast<frame_length>(packet.size());
   if (std::fwrite(&length, 1, sizeof length, output) != sizeof length) {
     if (!dump_off) log_line("Couldn't send string length(%u), abort", length);
@@ -57,7 +56,7 @@ bool put_frame(const std::string& packet, std::FILE* output) {
 // The stream is buffered, so a dead pipe shows only once the frame is flushed. The indicator is
 // cleared for each frame, lest one reply be given up for the failure of another's frame in between.
 bool write_frame(const std::string& packet, std::FILE* output) {
-  const std::lock_guard<output_lock> guard(stdout_lock);
+  const checked_lock lock(stdout_lock);
   // A write that waits for ever would hold up the end of the process, even the main thread if the
   // library notifies from inside a call of it.
   if (!platform::wait_for_output(output, abandoned_patience)) platform::leave_now(0);
