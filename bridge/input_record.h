@@ -3,21 +3,22 @@
 
 #include "messages/property_bag.h"
 
+// The texts lie in the memory of the bag that the record goes into or comes from.
 struct input_record {
-  wide_string name;
-  wide_string value;
-  wide_string type;
-  wide_string id;
-  wide_string readonly;
-  wide_string context;
-  wide_string form_context;
-  wide_string dbSchema;
-  wide_string dbvalue;
+  wide_view name;
+  wide_view value;
+  wide_view type;
+  wide_view id;
+  wide_view readonly;
+  wide_view context;
+  wide_view form_context;
+  wide_view dbSchema;
+  wide_view dbvalue;
 };
 
 // Where a field of the record stands in JSON and in a bag. The two vocabularies are independent.
 struct input_field {
-  wide_string input_record::*member;
+  wide_view input_record::*member;
   const char* json_key;
   wide_view bag_key;
 };
@@ -35,11 +36,11 @@ inline constexpr input_field input_fields[] = {
     {&input_record::dbvalue, "dbvalue", u"cf-value"},
 };
 
-// The same fields by bag key, as indices: a bag is filled fastest in its own order.
+// The same fields by bag key, as indices: the order in which a bag is filled and read.
 inline constexpr std::size_t input_fields_by_bag_key[] = {7, 8, 5, 6, 3, 0, 4, 2, 1};
 
 // Enters all nine fields, empty ones too.
-void store_input_record(const input_record& record, propsW_t& bag);
+void store_input_record(const input_record& record, text_map::filler& bag);
 
 // The record of a bag; a field that the bag lacks is empty.
 input_record load_input_record(const propsW_t& bag);

@@ -3,34 +3,54 @@
 #include <cstring>
 
 #include "bridge/input_record.h"
-#include "transport/text.h"
+#include "platform/platform.h"
 
 namespace {
 
 struct page_string {
-  wide_string page_record::*member;
+  wide_view page_record::*member;
   const char* json_key;
-  wide_view bag_key;
 };
 
 constexpr page_string page_strings[] = {
-    {&page_record::source, "source", u"source"},
-    {&page_record::title, "title", u"title"},
-    {&page_record::user_state, "user_state", u"user-state"},
-    {&page_record::document_state, "document_state", u"document-state"},
-    {&page_record::context, "context", u"context"},
-    {&page_record::before_url, "before_url", u"before-url"},
-    {&page_record::after_url, "after_url", u"after-url"},
-    {&page_record::source_event, "source_event", u"source-event"},
-    {&page_record::source_context, "source_context", u"source-context"},
-    {&page_record::click_source, "click_source", u"click-source"},
-    {&page_record::submit_source, "submit_source", u"submit-source"},
+    {&page_record::sender, "sender"},
+    {&page_record::source, "source"},
+    {&page_record::title, "title"},
+    {&page_record::user_state, "user_state"},
+    {&page_record::document_state, "document_state"},
+    {&page_record::context, "context"},
+    {&page_record::before_url, "before_url"},
+    {&page_record::after_url, "after_url"},
+    {&page_record::source_event, "source_event"},
+    {&page_record::source_context, "source_context"},
+    {&page_record::click_source, "click_source"},
+    {&page_record::submit_source, "submit_source"},
+};
+
+struct page_property {
+  wide_view page_record::*member;
+  wide_view bag_key;
+};
+
+// In the order of a bag.
+constexpr page_property page_properties[] = {
+    {&page_record::after_url, u"after-url"},
+    {&page_record::before_url, u"before-url"},
+    {&page_record::click_source, u"click-source"},
+    {&page_record::context, u"context"},
+    {&page_record::document_state, u"document-state"},
+    {&page_record::source, u"source"},
+    {&page_record::source_context, u"source-context"},
+    {&page_record::source_event, u"source-event"},
+    {&page_record::submit_source, u"submit-source"},
+    {&page_record::title, u"title"},
+    {&page_record::user_state, u"user-state"},
 };
 
 struct page_flag {
   std::int32_t page_record::*member;
   const char* json_key;
-  const wide_char* bag_key;
+  wide_view bag_key;
 };
 
 constexpr page_flag page_flags[] = {
@@ -38,53 +58,71 @@ constexpr page_flag page_flags[] = {
     {&page_record::fIsPartiallyFilled, "fIsPartiallyFilled", u"partially-filled"},
 };
 
+constexpr wide_view navigate_login_key = u"navigate-login";
+
+constexpr std::size_t most_page_properties = std::size(page_properties) + std::size(page_flags) + 1;
+
+// Room for the properties that aren't there as a rule, keys included.
+constexpr std::size_t rare_property_units = 64;
+
 bool is_named(const json_node& member, const char* key) {
   // Most names differ in their first letter, and need no call to tell.
   return member.name[0] == key[0] && std::strcmp(member.name, key) == 0;
 }
 
-// False, with `target` untouched, for a text that can't be converted.
-bool to_wide(wide_string& target, const char* text) {
-  return utf8_to_wide(target, text, static_cast<std::uint32_t>(std::strlen(text)));
+// Converts where the text is to stay. False, with `target` untouched, for a text that can't be
+// converted.
+bool to_wide(wide_view& target, const json_node& text, text_map::filler& bag) {
+  std::size_t made = 0;
+  if (text.text_length > 0) {
+    made = platform::utf8_to_utf16(text.value.string, text.text_length, bag.room());
+    if (made == 0) return false;
+  }
+  target = bag.keep(made);
+  return true;
 }
 
-// `record` is scratch: its strings keep their room from one input to the next.
-propsW_t input_bag(const json_node& input, input_record& record) {
-  for (const input_field& field : input_fields) (record.*field.member).clear();
+// What the values of an object's strings can take in a bag.
+std::size_t units_of_strings(const json_node& object) {
+  std::size_t units = 0;
+  for (const json_node* member = object.first_child; member != nullptr;
+       member = member->next_sibling) {
+    if (member->kind == kind_string) units += std::size_t{member->text_length} + 1;
+  }
+  return units;
+}
+
+// Members come in the order of the fields as a rule, so each search begins behind the field that
+// the one before it has found, `next`, and goes around.
+template <class Field, std::size_t Count, class Record>
+bool take_field(const json_node& member, const Field (&fields)[Count], std::size_t& next,
+                Record& record, text_map::filler& bag) {
+  for (std::size_t tried = 0; tried < Count; ++tried) {
+    const Field& field = fields[next];
+    next = next + 1 < Count ? next + 1 : 0;
+    if (take_string_member(member, field.json_key, record.*field.member, bag)) return true;
+  }
+  return false;
+}
+
+void fill_input(const json_node& input, propsW_t& props) {
+  text_map::filler bag = props.fill(std::size(input_fields), units_of_strings(input));
+  input_record record;
+  std::size_t next = 0;
   for (const json_node* member = input.first_child; member != nullptr;
        member = member->next_sibling) {
-    if (member->name == nullptr) continue;
-    for (const input_field& field : input_fields) {
-      if (take_string_member(*member, field.json_key, record.*field.member)) break;
-    }
+    if (member->name != nullptr) take_field(*member, input_fields, next, record, bag);
   }
-  propsW_t bag;
   store_input_record(record, bag);
-  return bag;
 }
 
 void take_inputs(const json_node& member, CfMsgWebsite& message) {
   if (member.kind != kind_array) return;
-  input_record record;
   for (const json_node* element = member.first_child; element != nullptr;
        element = element->next_sibling) {
     if (message.inputs.size() == max_listed_bags) return;
-    if (element->kind == kind_object) message.inputs.push_back(input_bag(*element, record));
+    if (element->kind == kind_object) fill_input(*element, message.inputs.emplace_back());
   }
-}
-
-void take_navigate_login(const json_node& member, CfMsgWebsite& message) {
-  wide_string text;
-  if (member.kind == kind_string && to_wide(text, member.value.string)) {
-    message.props.set(u"navigate-login", text.c_str(), true);
-  }
-}
-
-bool take_page_string(const json_node& member, page_record& record) {
-  for (const page_string& entry : page_strings) {
-    if (take_string_member(member, entry.json_key, record.*entry.member)) return true;
-  }
-  return false;
 }
 
 bool take_page_flag(const json_node& member, page_record& record) {
@@ -96,42 +134,51 @@ bool take_page_flag(const json_node& member, page_record& record) {
   return false;
 }
 
-void take_page_member(const json_node& member, page_record& record, CfMsgWebsite& message) {
-  if (take_string_member(member, "sender", message.sender)) return;
-  if (take_page_string(member, record) || take_page_flag(member, record)) return;
+void take_rare_member(const json_node& member, page_record& record, text_map::filler& bag,
+                      CfMsgWebsite& message) {
+  if (take_page_flag(member, record)) return;
   if (is_named(member, "inputs")) take_inputs(member, message);
-  if (is_named(member, "navigate_login")) take_navigate_login(member, message);
+  if (is_named(member, "navigate_login") && member.kind == kind_string) {
+    to_wide(record.navigate_login, member, bag);
+  }
+}
+
+// Marks the flags that aren't zero.
+void store_rare_properties(const page_record& record, propsW_t& bag) {
+  for (const page_flag& entry : page_flags) {
+    if (record.*entry.member != 0) bag.put(entry.bag_key, u"1");
+  }
+  if (record.navigate_login.data() != nullptr) bag.put(navigate_login_key, record.navigate_login);
 }
 
 }  // namespace
 
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message) {
   if (node == nullptr || node->name == nullptr || node->first_child == nullptr) return false;
+  text_map::filler bag =
+      message->props.fill(most_page_properties, units_of_strings(*node) + rare_property_units);
   page_record record;
+  std::size_t next = 0;
   for (const json_node* member = node->first_child; member != nullptr;
        member = member->next_sibling) {
-    if (member->name != nullptr) take_page_member(*member, record, *message);
+    if (member->name == nullptr) continue;
+    if (take_field(*member, page_strings, next, record, bag)) continue;
+    take_rare_member(*member, record, bag, *message);
   }
-  store_page_record(record, message->props);
+  store_page_record(record, bag);
+  store_rare_properties(record, message->props);
+  message->sender = record.sender;
   return true;
 }
 
-bool take_string_member(const json_node& member, const char* key, wide_string& target) {
+bool take_string_member(const json_node& member, const char* key, wide_view& target,
+                        text_map::filler& bag) {
   if (!is_named(member, key)) return false;
-  if (member.kind == kind_string) to_wide(target, member.value.string);
-  if (member.kind == kind_null) target.clear();
+  if (member.kind == kind_string) to_wide(target, member, bag);
+  if (member.kind == kind_null) target = {};
   return true;
 }
 
-void store_page_record(const page_record& record, propsW_t& bag) {
-  for (const page_string& entry : page_strings) {
-    bag.put(entry.bag_key, record.*entry.member);
-  }
-  for (const page_flag& entry : page_flags) {
-    if (record.*entry.member != 0) {
-      bag.set(entry.bag_key, u"1", true);
-    } else {
-      bag.erase(entry.bag_key);
-    }
-  }
+void store_page_record(const page_record& record, text_map::filler& bag) {
+  for (const page_property& entry : page_properties) bag.add(entry.bag_key, record.*entry.member);
 }

@@ -4,19 +4,22 @@
 #include "json/node.h"
 #include "messages/website.h"
 
-// The page's own members, gathered before they go into the message.
+// The page's own members, gathered before they go into the message. The texts lie in the memory of
+// the message's properties.
 struct page_record {
-  wide_string source;
-  wide_string title;
-  wide_string user_state;
-  wide_string document_state;
-  wide_string context;
-  wide_string before_url;
-  wide_string after_url;
-  wide_string source_event;
-  wide_string source_context;
-  wide_string click_source;
-  wide_string submit_source;
+  wide_view sender;
+  wide_view source;
+  wide_view title;
+  wide_view user_state;
+  wide_view document_state;
+  wide_view context;
+  wide_view before_url;
+  wide_view after_url;
+  wide_view source_event;
+  wide_view source_context;
+  wide_view click_source;
+  wide_view submit_source;
+  wide_view navigate_login;  // null unless the page has it
   std::int32_t fHasMultipleForms = 0;
   std::int32_t fIsPartiallyFilled = 0;
 };
@@ -27,9 +30,11 @@ struct page_record {
 // kind are skipped; of several with one name the last usable one counts.
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
-// True if the member has this name. Then a string replaces `target`, null empties it, and any other
-// kind, or a string that can't be converted, leaves it. Requires a member with a name.
-bool take_string_member(const json_node& member, const char* key, wide_string& target);
+// True if the member has this name. Then a string, converted in the memory of `bag`, replaces
+// `target`, null empties it, and any other kind, or a string that can't be converted, leaves it.
+// Requires a member with a name.
+bool take_string_member(const json_node& member, const char* key, wide_view& target,
+                        text_map::filler& bag);
 
-// Enters all eleven strings, empty ones too, and marks the flags that aren't zero.
-void store_page_record(const page_record& record, propsW_t& bag);
+// Enters the eleven strings that are no flags and not the sender's, empty ones too.
+void store_page_record(const page_record& record, text_map::filler& bag);

@@ -30,4 +30,6 @@ struct json_node {
   const char* name;         // the key, or null for a value that no key preceded
   json_value value;         // zero for null, objects and arrays
   json_kind kind;
+  std::uint32_t text_length;  // kind_string: bytes before the terminator; else zero
 };
+static_assert(sizeof(json_node) == 56);

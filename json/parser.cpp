@@ -146,11 +146,23 @@ class parser {
     if (at == nullptr) return nullptr;
     if (pending_key_ == nullptr && top_->kind == kind_object) {
       pending_key_ = start;
-      return *at == ':' ? at + 1 : at;
+      if (*at != ':') return at;
+      // Most values are strings that follow at once.
+      return at[1] == '"' ? string_value(at + 2) : at + 1;
     }
+    return add_string(start, at);
+  }
+
+  char* string_value(char* start) {
+    char* const at = decode_string(start);
+    return at != nullptr ? add_string(start, at) : nullptr;
+  }
+
+  char* add_string(char* start, char* at) {
     json_node* const node = new_node(kind_string);
     if (node == nullptr) return too_large(start);
     node->value.string = start;
+    node->text_length = text_length_;
     append(node);
     return behind_value(at);
   }
@@ -161,6 +173,7 @@ class parser {
     char* const at = plain_text_end(start, end_);
     if (*at != '"') return decode_interrupted_string(start, at);
     *at = '\0';
+    text_length_ = static_cast<std::uint32_t>(at - start);
     return at + 1;
   }
 
@@ -170,6 +183,8 @@ class parser {
     for (;;) {
       if (*at == '"') {
         *out = '\0';
+        // An escape may have put a NUL into the text.
+        text_length_ = static_cast<std::uint32_t>(std::strlen(start));
         return at + 1;
       }
       if (*at == '\0') return at;  // the container that is still open makes an error of it
@@ -239,7 +254,7 @@ class parser {
   json_node* new_node(json_kind kind) {
     json_node* const node = arena_alloc(arena_);
     if (node == nullptr) return nullptr;
-    *node = {top_, nullptr, nullptr, nullptr, pending_key_, {}, kind};
+    *node = {top_, nullptr, nullptr, nullptr, pending_key_, {}, kind, 0};
     pending_key_ = nullptr;
     return node;
   }
@@ -266,6 +281,7 @@ class parser {
   json_node* root_ = nullptr;
   json_node* top_ = nullptr;           // the innermost open container
   const char* pending_key_ = nullptr;  // a key that no value has taken yet
+  std::uint32_t text_length_ = 0;      // of the string decoded last
   const char* error_position_ = nullptr;
   const char* error_text_ = nullptr;
 };

@@ -50,6 +50,9 @@ class propsW_t {
   // `set` with overwriting, for texts of known length that hold no zero unit.
   void put(wide_view key, wide_view value) { map_.set(key, value); }
 
+  // The way to fill an empty bag without a search or a copy; text_map tells the rules.
+  text_map::filler fill(std::size_t pairs, std::size_t units) { return {map_, pairs, units}; }
+
   // The value, good until that pair is changed or erased, or exactly `fallback`, which may be null.
   virtual const wide_char* get(const wide_char* key, const wide_char* fallback) const;
 

@@ -1,6 +1,7 @@
 #include "messages/text_map.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -8,7 +9,7 @@
 namespace {
 
 constexpr std::size_t first_pairs = 12;   // holds an input's nine, and most pages' properties
-constexpr std::size_t first_units = 256;  // text of an ordinary input, keys included
+constexpr std::size_t first_units = 504;  // these pairs and an input's text, in a kilobyte
 
 bool key_below(const text_map::pair& a, const text_map::pair& b) {
   return a.key_text() < b.key_text();
@@ -45,9 +46,12 @@ void text_map::set(wide_view key, wide_view value) {
     position->value_capacity = static_cast<std::uint32_t>(capacity);
   }
   // The room is the map's own, const only for readers. The new value may be a part of the old one.
-  auto* const room = const_cast<wide_char*>(position->value);
-  if (!value.empty()) std::memmove(room, value.data(), value.size() * sizeof(wide_char));
-  room[value.size()] = 0;
+  // Without room the old value is empty like the new one.
+  if (position->value_capacity > 0) {
+    auto* const room = const_cast<wide_char*>(position->value);
+    if (!value.empty()) std::memmove(room, value.data(), value.size() * sizeof(wide_char));
+    room[value.size()] = 0;
+  }
   position->value_length = static_cast<std::uint32_t>(value.size());
 }
 
@@ -70,7 +74,6 @@ void text_map::clear() {
     ::operator delete(newest_);
     newest_ = older;
   }
-  ::operator delete(pairs_);
   pairs_ = nullptr;
   free_ = nullptr;
   size_ = capacity_ = 0;
@@ -106,27 +109,37 @@ void text_map::insert(pair* position, const pair& added) {
   ++size_;
 }
 
+// The old array stays behind in its block.
 void text_map::reserve(std::size_t count) {
   if (count <= capacity_) return;
   const std::size_t capacity = std::max({count, first_pairs, std::size_t{2} * capacity_});
-  auto* const larger = static_cast<pair*>(::operator new(capacity * sizeof(pair)));
+  pair* const larger = take_pairs(capacity);
   std::copy(pairs_, pairs_ + size_, larger);
-  ::operator delete(pairs_);
   pairs_ = larger;
   capacity_ = static_cast<std::uint32_t>(capacity);
+}
+
+text_map::pair* text_map::take_pairs(std::size_t count) {
+  constexpr std::size_t align = alignof(pair) / sizeof(wide_char);
+  wide_char* const room = take_room(count * sizeof(pair) / sizeof(wide_char) + align - 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(room);
+  return reinterpret_cast<pair*>((address + alignof(pair) - 1) & -alignof(pair));
+}
+
+void text_map::add_block(std::size_t units) {
+  void* const memory = ::operator new(sizeof(block) + units * sizeof(wide_char));
+  auto* const added = new (memory) block;
+  added->older = newest_;
+  added->end = added->text() + units;
+  newest_ = added;
+  free_ = added->text();
 }
 
 wide_char* text_map::take_room(std::size_t units) {
   if (newest_ == nullptr || static_cast<std::size_t>(newest_->end - free_) < units) {
     const std::size_t previous =
         newest_ == nullptr ? 0 : static_cast<std::size_t>(newest_->end - newest_->text());
-    const std::size_t capacity = std::max({units, first_units, 2 * previous});
-    void* const memory = ::operator new(sizeof(block) + capacity * sizeof(wide_char));
-    auto* const added = new (memory) block;
-    added->older = newest_;
-    added->end = added->text() + capacity;
-    newest_ = added;
-    free_ = added->text();
+    add_block(std::max({units, first_units, 2 * previous}));
   }
   wide_char* const room = free_;
   free_ += units;
@@ -167,4 +180,12 @@ text_map::batch::~batch() {
     if (!replaced) *kept++ = *at;
   }
   map_.size_ = static_cast<std::uint32_t>(kept - first);
+}
+
+text_map::filler::filler(text_map& map, std::size_t pairs, std::size_t units) : map_(map) {
+  constexpr std::size_t pair_units = sizeof(pair) / sizeof(wide_char);
+  map.add_block(pairs * pair_units + units);
+  // A new block begins where pairs may lie.
+  map.pairs_ = reinterpret_cast<pair*>(map.take_room(pairs * pair_units));
+  map.capacity_ = static_cast<std::uint32_t>(pairs);
 }

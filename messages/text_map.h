@@ -1,5 +1,6 @@
 // An ordered map from wide key to wide value, made for bags: a dozen pairs, filled once, walked in
-// key order. Pairs lie in key order in one array; their text lies in blocks that never move.
+// key order. Pairs lie in key order in one array; array and text lie in blocks that never move, as
+// a rule in one.
 //
 // Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and
 // capitals before small letters. A pointer to a key or value stays good until that pair is changed
@@ -15,7 +16,8 @@
 
 class text_map {
  public:
-  // One pair; both texts are terminated and hold no zero unit.
+  // One pair; both texts are terminated and hold no zero unit. A value without capacity is empty
+  // and may be a constant, as keys may.
   struct pair {
     const wide_char* key;
     const wide_char* value;
@@ -27,6 +29,7 @@ class text_map {
     wide_view value_text() const { return {value, value_length}; }
   };
   class batch;
+  class filler;
 
   text_map() = default;
   ~text_map() { clear(); }
@@ -71,6 +74,8 @@ class text_map {
                  std::size_t value_length);
   void insert(pair* position, const pair& added);
   void reserve(std::size_t count);
+  pair* take_pairs(std::size_t count);
+  void add_block(std::size_t units);
   wide_char* take_room(std::size_t units);
   void assign(const text_map& other);
   void swap(text_map& other) noexcept;
@@ -99,4 +104,36 @@ class text_map::batch {
  private:
   text_map& map_;
   bool ordered_ = true;  // each key so far is above the one before it
+};
+
+// Fills an empty map in key order, with keys that are constants of the program and with values that
+// are made in the map's own memory. The map may not be used while a filler is open on it.
+class text_map::filler {
+ public:
+  // Takes memory for the pairs, and for values of `units` in all, a terminator for each included:
+  // the most that may be kept and added.
+  filler(text_map& map, std::size_t pairs, std::size_t units);
+  filler(const filler&) = delete;
+  filler& operator=(const filler&) = delete;
+
+  // Where the next value is made.
+  wide_char* room() { return map_.free_; }
+
+  // The first units of the room as a value, which stays where it is.
+  wide_view keep(std::size_t units) {
+    wide_char* const text = map_.free_;
+    text[units] = 0;
+    map_.free_ += units + 1;
+    return {text, units};
+  }
+
+  // Requires a key above all before it, and a value that is empty or came from `keep`.
+  void add(wide_view key, wide_view value) {
+    const auto length = static_cast<std::uint32_t>(value.size());
+    map_.pairs_[map_.size_++] = {key.data(), value.empty() ? u"" : value.data(),
+                                 static_cast<std::uint32_t>(key.size()), length, length};
+  }
+
+ private:
+  text_map& map_;
 };

@@ -20,6 +20,7 @@ int base64_encode(const char* source, std::int32_t n, char* destination, std::in
 // holds the capacity of `destination` and receives the bytes that the text decodes to. 0 on
 // success; -1 when they exceed the capacity or `destination` is null: then `destination` holds the
 // groups before the first one that didn't fit, and the count is the full one all the same. Bits
-// left over at the end are dropped. `destination` may not overlap the source.
+// left over at the end are dropped. `destination` may be the source itself, and may not overlap it
+// in any other way.
 int base64_decode(const char* source, char* destination, std::int32_t* length,
                   const char* source_end);

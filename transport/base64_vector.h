@@ -10,7 +10,8 @@ struct base64_progress {
 };
 
 // Decodes whole groups of characters of the alphabet, up to the first other byte. Uses no more than
-// `room` bytes of the destination, but may write beyond what it reports as written.
+// `room` bytes of the destination, but may write beyond what it reports as written; never beyond
+// what it reports as read, so that a text can be decoded where it lies.
 base64_progress base64_decode_vector(const char* source, std::size_t size, char* destination,
                                      std::size_t room);
 

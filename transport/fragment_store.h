@@ -20,6 +20,8 @@ class fragment_store {
   // can't fit; then the message of `id` is gone.
   bool append(const std::string& id, std::string_view piece);
 
+  bool contains(const std::string& id) const { return entries_.count(id) != 0; }
+
   // Ends the message of `id`, which must be there, and gives its text.
   std::string take(const std::string& id);
 

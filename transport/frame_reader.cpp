@@ -30,13 +30,13 @@ std::int32_t read_message(std::string& message, std::FILE* input) {
       if (!dump_off) log_line("i_len >= 8192 but instead is %ld; ", as_signed(i_len));
       return read_too_long;
     }
-    // Zeroed, so that whatever arrives is terminated.
-    const std::unique_ptr<char[]> ibuf(new (std::nothrow) char[i_len + 1]());
+    const std::unique_ptr<char[]> ibuf(new (std::nothrow) char[i_len + 1]);
     if (ibuf == nullptr) {
       if (!dump_off) log_line("ibuf malloc NULL; skip [3]");
       return read_no_memory;
     }
     const std::size_t actual_read = std::fread(ibuf.get(), 1, i_len, input);
+    ibuf[actual_read] = '\0';
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
                static_cast<int>(std::strlen(ibuf.get())));

@@ -1,8 +1,8 @@
 #include "transport/reassembly.h"
 
-#include <memory>
-#include <new>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "host/diagnostics.h"
 #include "json/parser.h"
@@ -23,9 +23,10 @@ struct process_store : fragment_store {
   process_store& operator=(const process_store&) = delete;
 };
 
+// The texts lie in the frame.
 struct envelope {
-  std::string id;
-  std::string msg;
+  std::string_view id;
+  std::string_view msg;
   std::int32_t number = no_number;
   bool closing = false;
 
@@ -37,16 +38,16 @@ void take_member(const json_node& child, envelope& e) {
   const std::string_view name = child.name;
   if (name == "id" && child.kind == kind_string) {
     if (!dump_off) log_line("id=%s\r\n", child.value.string);
-    e.id = child.value.string;
+    e.id = {child.value.string, child.text_length};
   } else if (name == "fragment" && child.kind == kind_string) {
     if (!dump_off) log_line("fragment=%s\r\n", child.value.string);
-    if (std::string_view(child.value.string) == "final") e.closing = true;
+    if (std::string_view(child.value.string, child.text_length) == "final") e.closing = true;
   } else if (name == "fragment" && child.kind == kind_int) {
     if (!dump_off) log_line("fragment=%d\r\n", child.value.integer);
     e.number = child.value.integer;
   } else if (name == "msg" && child.kind == kind_string) {
     if (!dump_off) log_line("msg=%s\r\n", child.value.string);
-    e.msg = child.value.string;
+    e.msg = {child.value.string, child.text_length};
   }
 }
 
@@ -71,30 +72,24 @@ envelope read_envelope(char* frame) {
 
 std::int32_t refuse(const envelope& e) {
   if (!dump_off) {
-    log_line("Bad fragment received: id:%s, fragnum:%d, final:%s", e.id.c_str(), e.number,
-             e.closing ? "true" : "false");
+    log_line("Bad fragment received: id:%s, fragnum:%d, final:%s", std::string(e.id).c_str(),
+             e.number, e.closing ? "true" : "false");
   }
   return 1;
 }
 
-std::int32_t decode_message(const std::string& gathered, std::string& text) {
-  // Zeroed and one longer than the text, so that the result is terminated.
-  std::int32_t length = static_cast<std::int32_t>(gathered.size()) + 1;
-  const std::unique_ptr<char[]> buffer(new (std::nothrow) char[static_cast<std::size_t>(length)]());
-  if (buffer == nullptr) {
-    if (!dump_off) {
-      log_line("can't alloc base64 decode buffer length=%d. Exiting...", length);
-    }
-    return 1;
-  }
-  if (base64_decode(gathered.data(), buffer.get(), &length, gathered.data() + gathered.size()) !=
-      0) {
+// Decodes `gathered` where it lies, up to the first NUL of the decoded text.
+std::int32_t decode_message(std::string& gathered) {
+  auto length = static_cast<std::int32_t>(gathered.size());
+  char* const text = gathered.data();
+  if (base64_decode(text, text, &length, text + gathered.size()) != 0) {
     if (!dump_off) {
       log_line("coudln't decode base64 data[%s]. skipping...", gathered.c_str());
     }
     return 1;
   }
-  text = buffer.get();
+  gathered.resize(static_cast<std::size_t>(length));
+  gathered.resize(std::strlen(text));
   return 0;
 }
 
@@ -106,8 +101,17 @@ std::int32_t reassemble_fragment(char* frame, std::string& text) {
   static process_store store;
 
   const envelope e = read_envelope(frame);
-  if (!e.usable() || !store.append(e.id, e.msg)) return refuse(e);
-  return e.closing ? decode_message(store.take(e.id), text) : 0;
+  if (!e.usable()) return refuse(e);
+  const std::string id(e.id);
+  // Most messages come in one piece, which needs no place in the store.
+  const bool whole = e.closing && !store.contains(id);
+  if (!whole && !store.append(id, e.msg)) return refuse(e);
+  if (!e.closing) return 0;
+
+  std::string gathered = whole ? std::string(e.msg) : store.take(id);
+  if (decode_message(gathered) != 0) return 1;
+  text = std::move(gathered);
+  return 0;
 }
 
 std::size_t gathered_text() { return live_store != nullptr ? live_store->text_size() : 0; }
