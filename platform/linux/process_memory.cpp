@@ -2,10 +2,21 @@
 
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
 namespace platform {
+namespace {
+
+std::size_t entries_in(std::int64_t process_id, const char* folder) {
+  namespace fs = std::filesystem;
+  std::error_code failed;
+  const fs::directory_iterator entries("/proc/" + std::to_string(process_id) + folder, failed);
+  return failed ? 0 : static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+}  // namespace
 
 std::size_t resident_memory(std::int64_t process_id) {
   std::ifstream statm("/proc/" + std::to_string(process_id) + "/statm");
@@ -14,5 +25,9 @@ std::size_t resident_memory(std::int64_t process_id) {
   statm >> size >> resident;
   return statm ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
+
+std::size_t open_files(std::int64_t process_id) { return entries_in(process_id, "/fd"); }
+
+std::size_t running_threads(std::int64_t process_id) { return entries_in(process_id, "/task"); }
 
 }  // namespace platform
