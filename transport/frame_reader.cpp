@@ -1,5 +1,6 @@
 #include "transport/frame_reader.h"
 
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -14,12 +15,24 @@ namespace {
 // Diagnostics print lengths as the signed 32-bit numbers that they are in most tools.
 long as_signed(std::size_t length) { return static_cast<std::int32_t>(length); }
 
+// Reads `size` bytes, fewer at the end of the input. A signal that the library handles on this
+// thread interrupts the wait for them, and is no end.
+std::size_t read_bytes(void* bytes, std::size_t size, std::FILE* input) {
+  std::size_t count = 0;
+  for (;;) {
+    errno = 0;
+    count += std::fread(static_cast<char*>(bytes) + count, 1, size - count, input);
+    if (count == size || std::ferror(input) == 0 || errno != EINTR) return count;
+    std::clearerr(input);
+  }
+}
+
 }  // namespace
 
 std::int32_t read_message(std::string& message, std::FILE* input) {
   for (;;) {
     frame_length i_len = 0;
-    const std::size_t header_read = std::fread(&i_len, 1, sizeof i_len, input);
+    const std::size_t header_read = read_bytes(&i_len, sizeof i_len, input);
     if (header_read != sizeof i_len) {
       if (!dump_off) {
         log_line("actual_read != 4 but instead is %ld; bail out [1]", as_signed(header_read));
@@ -35,7 +48,7 @@ std::int32_t read_message(std::string& message, std::FILE* input) {
       if (!dump_off) log_line("ibuf malloc NULL; skip [3]");
       return read_no_memory;
     }
-    const std::size_t actual_read = std::fread(ibuf.get(), 1, i_len, input);
+    const std::size_t actual_read = read_bytes(ibuf.get(), i_len, input);
     ibuf[actual_read] = '\0';
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),

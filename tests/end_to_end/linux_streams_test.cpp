@@ -11,15 +11,39 @@
 
 using namespace std::literals;
 
-TEST(lifecycle, ends_in_time_while_a_request_is_stuck) {
-  const std::string url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
-  host_session host("post threads 2 1000000 " + url);
-  host.send(request(R"({"method":"lock-coffer"})"));
-  ASSERT_TRUE(host.next_frame());
-  std::this_thread::sleep_for(500ms);
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(host.finish(), 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+namespace {
+
+// A notification of several frames.
+const std::string long_url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
+const std::string lock = request(R"({"method":"lock-coffer"})");
+
+}  // namespace
+
+TEST(lifecycle, ends_in_time_while_many_threads_are_stuck) {
+  for (const char* const when : {"post", "register"}) {
+    host_session host(when + " threads 16 1000000 "s + long_url);
+    host.send(lock);
+    ASSERT_TRUE(host.next_frame());
+    std::this_thread::sleep_for(500ms);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(host.finish(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+  }
+}
+
+// With a reader that keeps up threads come in, send and leave while the host ends around them.
+TEST(lifecycle, ends_in_the_middle_of_notifications) {
+  for (int round = 0; round < 10; ++round) {
+    host_session host("quiet\nregister threads 16 1000000 " + long_url + "\npost deliver data");
+    std::thread reader([&host] {
+      while (host.next_frame()) continue;
+    });
+    for (int i = 0; i < round; ++i) host.send(lock);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(host.finish(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    reader.join();
+  }
 }
 
 TEST(diagnostics, go_to_no_place_that_others_may_have_made) {

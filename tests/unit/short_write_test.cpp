@@ -1,5 +1,6 @@
-// Streams onto a device of the test's own, which not every C library has.
+// Streams from and onto devices of the test's own, which not every C library has.
 #include "tests/unit/support.h"
+#include "transport/frame_reader.h"
 #include "transport/reply_writer.h"
 
 namespace {
@@ -34,6 +35,69 @@ TEST_F(ShortWrite, GivesUpAReplyAtItsFirstShortWriteAndTriesTheNext) {
     EXPECT_EQ(fake::system().lines[2].substr(17), line);
     room = 2000;
     EXPECT_TRUE(send_reply("x", output.get()));
+  }
+}
+
+// A device that falls short once, when `room` bytes are there, and then takes everything.
+struct recorder {
+  std::size_t room = 0;
+  std::string bytes;
+};
+
+ssize_t record(void* device, const char* bytes, std::size_t size) {
+  auto& r = *static_cast<recorder*>(device);
+  const std::size_t taken = std::min(size, r.room);
+  r.room = taken < size ? SIZE_MAX : r.room - taken;
+  r.bytes.append(bytes, taken);
+  return static_cast<ssize_t>(taken);
+}
+
+// What was written is whole up to the refused byte; what comes later isn't held up by it.
+TEST_F(ShortWrite, GivesUpAReplyWhicheverByteIsRefused) {
+  for (std::size_t room = 0; room < 4 + 506 + 4 + 92; ++room) {
+    recorder device{room, {}};
+    const file_pointer output(fopencookie(&device, "w", {nullptr, record, nullptr, nullptr}),
+                              std::fclose);
+    fake::reset(false);
+    EXPECT_FALSE(send_reply(std::string(319, 'x'), output.get())) << room;
+    EXPECT_EQ(device.bytes.size(), room);
+    EXPECT_TRUE(send_reply("later", output.get())) << room;
+    const auto later = replies_in(device.bytes.substr(room));
+    ASSERT_EQ(later.size(), 1U) << room;
+    EXPECT_EQ(later[0].text(), "later");
+  }
+}
+
+// A device that is interrupted before each byte that it gives.
+struct drip {
+  std::string bytes;
+  std::size_t at = 0;
+  bool interrupted = false;
+};
+
+ssize_t give_one(void* device, char* out, std::size_t) {
+  auto& d = *static_cast<drip*>(device);
+  d.interrupted = !d.interrupted;
+  if (d.interrupted) return errno = EINTR, -1;
+  if (d.at == d.bytes.size()) return 0;
+  *out = d.bytes[d.at++];
+  return 1;
+}
+
+// The last frame counts as far as it came: without its last byte it is one that isn't JSON.
+TEST_F(ShortWrite, ReadsByteByByteThroughSignalsUpToWhereverTheInputEnds) {
+  const std::string one = frame(R"({"id":"a","fragment":"final","msg":"QQ=="})");
+  const std::string input = one + frame(R"({"id":"b","msg":"Qg"})") + one;
+  for (std::size_t size = 0; size <= input.size(); ++size) {
+    drip device{input.substr(0, size)};
+    const file_pointer stream(fopencookie(&device, "r", {give_one, nullptr, nullptr, nullptr}),
+                              std::fclose);
+    fake::reset(false);
+    std::string message, all;
+    while (read_message(message, stream.get()) == read_complete) all += message;
+    EXPECT_EQ(all.size(), (size >= one.size() ? 1U : 0U) + (size == input.size() ? 1U : 0U))
+        << size;
+    EXPECT_EQ(device.at, size);
   }
 }
 

@@ -1,0 +1,23 @@
+// Put in front of the C library of a host: lets its memory run out at the call of malloc that the
+// environment names, by the program itself alone, for good or, with a '+' behind it, once.
+#include <sys/auxv.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" void* __libc_malloc(std::size_t size);
+
+extern "C" void* malloc(std::size_t size) {
+  // The program is loaded far from all libraries.
+  constexpr std::uintptr_t reach = 64 * 1024 * 1024;
+  static const char* const wanted = std::getenv("CFHOST_FAILING_ALLOCATION");
+  static long calls = 0;
+  const auto caller = reinterpret_cast<std::uintptr_t>(__builtin_return_address(0));
+  if (wanted != nullptr && caller - getauxval(AT_PHDR) < reach) {
+    char* mark = nullptr;
+    const long first = std::strtol(wanted, &mark, 10);
+    ++calls;
+    if (calls == first || (calls > first && *mark != '+')) return nullptr;
+  }
+  return __libc_malloc(size);
+}

@@ -1,0 +1,42 @@
+// What the host does when memory runs out.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "tests/end_to_end/host_session.h"
+
+namespace {
+
+// Serves a page and a notification, with memory that runs out at that call, and gives the exit
+// value; -2 when what it wrote isn't whole.
+int exit_value_with(const std::string& failing_allocation, std::size_t& replies) {
+  setenv("LD_PRELOAD", FAILING_MEMORY, 1);
+  setenv("CFHOST_FAILING_ALLOCATION", failing_allocation.c_str(), 1);
+  host_session host("post deliver data");
+  unsetenv("LD_PRELOAD");
+  unsetenv("CFHOST_FAILING_ALLOCATION");
+  host.send(request(R"({"method":"get-info-for-page","data":{"title":"\u00e4 long enough title",)"
+                    R"("inputs":[{"name":"pass","value":"some value that is long"}]}})"));
+  const int value = host.finish();
+  const lines texts = host.replies(2);
+  replies = texts.size() - 1;
+  return texts.back() == "end" ? value : -2;
+}
+
+}  // namespace
+
+TEST(memory, that_runs_out_ends_the_host_or_drops_what_needed_it) {
+  for (const char* const mark : {"", "+"}) {
+    std::size_t replies = 0;
+    int ended = 0, dropped = 0, n = 1;
+    for (; n < 1000; ++n) {
+      const int value = exit_value_with(std::to_string(n) + mark, replies);
+      ASSERT_TRUE(value == 0 || value == 3) << value << " at allocation " << n << mark;
+      if (value == 0 && replies == 1 && n > 20) break;
+      ++(value == 3 ? ended : dropped);
+    }
+    EXPECT_GT(ended, 20);
+    EXPECT_GE(dropped, 2) << "The frame, the decoded text and the encoded reply are tested.";
+    std::cout << n << " allocations, " << ended << " ends\n";
+  }
+}
