@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -23,6 +24,17 @@ int local_display() {
   if (number == nullptr || number[1] < '0' || number[1] > '9') return -1;
   const std::string host(display, number);
   return host.empty() || host == "unix" ? std::atoi(number + 1) : -1;
+}
+
+// False if the file with the server's keys is one that could keep its reader waiting, as a pipe
+// does. None at all is fine.
+bool keys_are_readable() {
+  const char* const named = std::getenv("XAUTHORITY");
+  const char* const home = std::getenv("HOME");
+  const std::string path =
+      named != nullptr ? named : std::string(home ? home : "") + "/.Xauthority";
+  struct stat status {};
+  return stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
 // True once the server has said anything to a greeting without a password, a refusal included.
@@ -58,7 +70,8 @@ bool answers_at(int display, bool abstract) {
 
 bool x_server_answers() {
   const int display = local_display();
-  return display >= 0 && (answers_at(display, true) || answers_at(display, false));
+  return display >= 0 && keys_are_readable() &&
+         (answers_at(display, true) || answers_at(display, false));
 }
 
 }  // namespace platform

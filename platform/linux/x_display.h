@@ -9,7 +9,7 @@ namespace platform {
 constexpr std::chrono::milliseconds x_answer_timeout{250};
 
 // True if the server of the environment's DISPLAY is on this machine and answers a greeting in
-// time.
+// time, and nothing else that connecting needs could make it wait.
 bool x_server_answers();
 
 }  // namespace platform

@@ -1,8 +1,8 @@
 // What only this system has: pipes that tell how much room they have, and a debugger output whose
 // place in the file system others might write to.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
-#include <fstream>
 #include <thread>
 
 #include "platform/linux/debug_address.h"
@@ -64,4 +64,18 @@ TEST(diagnostics, go_to_no_place_that_others_may_have_made) {
   EXPECT_NE(line.find(R"({"id":"d")"), line.npos) << line;
   EXPECT_EQ(host.finish(), 0);
   write_configuration("");
+}
+
+TEST(pointer, is_not_waited_for_when_the_keys_of_the_screen_are_a_pipe) {
+  const test_screen screen;
+  const auto folder = make_folder();
+  EXPECT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  setenv("XAUTHORITY", (folder / "pipe").c_str(), 1);
+  host_session host;
+  unsetenv("XAUTHORITY");
+  host.send(request(R"({"method":"unlock-coffer"})"));
+  const auto at_the_corner = u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0\3\0\0\0\0\0"s;
+  EXPECT_EQ(host.report(1), lines{posted("CfMsgUnLockDb.1", at_the_corner)});
+  EXPECT_EQ(host.finish(), 0);
+  std::filesystem::remove_all(folder);
 }
