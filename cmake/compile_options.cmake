@@ -15,6 +15,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 set(CFHOST_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+option(CFHOST_FUZZ "Build the fuzz targets of tests/fuzz (needs clang)" OFF)
 option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
 
 # For C++ alone: the resources of a Windows program are compiled too.
@@ -39,6 +40,11 @@ if(CFHOST_SANITIZE)
   add_cxx_options(-fsanitize=${CFHOST_SANITIZE} -fno-sanitize-recover=all
                   -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${CFHOST_SANITIZE})
+endif()
+
+if(CFHOST_FUZZ)
+  # Counts the edges that an input takes; the fuzz targets alone link what looks at the counters.
+  add_cxx_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(CFHOST_HARDEN)

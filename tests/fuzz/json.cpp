@@ -1,0 +1,178 @@
+// The parser against a second reading of the dialect, and the writer against both.
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "json/parser.h"
+#include "json/writer.h"
+#include "tests/fuzz/fuzzing.h"
+#include "tools/setup/strict_json.h"
+
+namespace {
+
+using optional_text = std::optional<std::string>;
+
+// One line for each value, in the order of the text.
+std::string line(std::size_t depth, const optional_text& name, const std::string& picture) {
+  return std::to_string(depth) + (name ? '"' + *name + "\"=" : " ") + picture + '\n';
+}
+
+// Token by token, from a text that stays as it is. A step gives false after an error.
+struct second_reading {
+  explicit second_reading(const std::string& source) : text(source) {
+    while (at < text.size() && token()) {
+      at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
+    }
+    if (error.empty() && !open.empty()) {
+      fail(at, "Not all objects/arrays have been properly closed");
+    }
+  }
+
+  bool token() {
+    const char c = text[at];
+    if (c == '{' || c == '[') {
+      if (open.empty() && !lines.empty()) {
+        return fail(at + 1, "Second root. Only one root allowed");
+      }
+      add({c}, 1);
+      open += c;
+      return true;
+    }
+    if (c == '}' || c == ']') {
+      const bool fits = !open.empty() && open.back() == (c == '}' ? '{' : '[');
+      if (!fits) return fail(at, "Mismatch closing brace/bracket");
+      open.pop_back();
+      return ++at > 0;
+    }
+    const std::string_view starts = open.empty() ? "" : open.back() == '{' ? ",:tfn" : ",tfn";
+    if (c == '"' && !open.empty()) return string();
+    if ((c == '-' || (c >= '0' && c <= '9')) && !open.empty()) return number();
+    if (starts.find(c) == starts.npos) return fail(at, "Unexpected character");
+    if (c == ',' || c == ':') return ++at > 0;
+    for (const std::string word : {"true", "false", "null"}) {
+      if (text.compare(at, word.size(), word) == 0) return add(word, word.size());
+    }
+    return fail(at, "Unknown identifier");
+  }
+
+  bool string() {
+    const std::size_t start = ++at;
+    std::string decoded;
+    for (; at < text.size() && text[at] != '"'; ++at) {
+      if (text[at] > 0 && text[at] < 32) {
+        return fail(start, "Control characters not allowed in strings");
+      }
+      if (text[at] != '\\') {
+        decoded += text[at];
+      } else if (!escape(start, decoded)) {
+        return false;
+      }
+    }
+    if (at == text.size()) return true;
+    decoded.resize(std::strlen(decoded.c_str()));
+    if (open.back() != '{' || name) return add('"' + decoded + '"', 1);
+    name = decoded;
+    return ++at > 0;
+  }
+
+  // Ends on the last character of the escape.
+  bool escape(std::size_t string_start, std::string& decoded) {
+    constexpr std::string_view letters = "\"\\/bfnrt", meanings = "\"\\/\b\f\n\r\t";
+    const std::string rest = text.substr(at + 1, 5);
+    const std::size_t letter = rest.empty() ? letters.npos : letters.find(rest[0]);
+    if (letter != letters.npos) return decoded += meanings[letter], ++at > 0;
+    if (rest[0] != 'u') return fail(string_start, "Unrecognized escape sequence");
+    if (rest.find_first_not_of("0123456789abcdefABCDEF", 1) != rest.npos || rest.size() < 5) {
+      return fail(at, "Bad unicode codepoint");
+    }
+    const int unit = std::stoi(rest.substr(1), nullptr, 16);
+    if (unit >= 0x800) decoded += static_cast<char>(0xE0 + unit / 4096);
+    if (unit >= 0x80) {
+      decoded += static_cast<char>(unit < 0x800 ? 0xC0 + unit / 64 : 0x80 + unit / 64 % 64);
+    }
+    decoded += static_cast<char>(unit < 0x80 ? unit : 0x80 + unit % 64);
+    return (at += 5) > 0;
+  }
+
+  // The values of floats are left to the unit tests.
+  bool number() {
+    const std::string token = text.substr(at, text.find_first_of(" \t\r\n,]}", at) - at);
+    const bool is_float = token.find_first_of(".eE") != token.npos;
+    std::uint32_t value = 0;
+    std::size_t i = token[0] == '-' ? 1 : 0;
+    const auto digits = [&] {
+      for (; token[i] >= '0' && token[i] <= '9'; ++i) {
+        value = value * 10 + static_cast<std::uint32_t>(token[i] - '0');
+      }
+    };
+    digits();
+    if (token[i] == '.') ++i, digits();
+    if (token[i] == 'e' || token[i] == 'E') {
+      if (++i; token[i] == '-' || token[i] == '+') ++i;
+      digits();
+    }
+    if (i != token.size()) return fail(at, is_float ? "Bad float number" : "Bad integer number");
+    if (token[0] == '-') value = 0 - value;
+    return add(is_float ? "float" : std::to_string(static_cast<std::int32_t>(value)), i);
+  }
+
+  bool add(const std::string& picture, std::size_t length) {
+    lines += line(open.size(), std::exchange(name, {}), picture);
+    return (at += length) > 0;
+  }
+
+  bool fail(std::size_t position, const char* description) {
+    error = description;
+    error_position = position;
+    return false;
+  }
+
+  const std::string text;
+  std::size_t at = 0, error_position = 0;
+  std::string lines, open, error;  // `open` has the brackets that are open
+  optional_text name;
+};
+
+std::string picture_of(const json_node& node) {
+  constexpr const char* pictures[] = {"null", "{", "[", "", "", "float", "true"};
+  if (node.kind == kind_string) return '"' + std::string(node.value.string) + '"';
+  if (node.kind == kind_int) return std::to_string(node.value.integer);
+  return node.kind == kind_bool && node.value.boolean == 0 ? "false" : pictures[node.kind];
+}
+
+// The same lines from a tree.
+void put_lines(const json_node* node, std::size_t depth, std::string& lines) {
+  for (; node != nullptr; node = node->next_sibling) {
+    const auto name = node->name != nullptr ? optional_text(node->name) : std::nullopt;
+    lines += line(depth, name, picture_of(*node));
+    put_lines(node->first_child, depth + 1, lines);
+  }
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text = std::string(text_of(data, size)).c_str();
+  const second_reading expected(text);
+  std::string source = text;
+  const char *position = nullptr, *description = "";
+  scoped_node_arena arena;
+  const json_node* const root = json_parse(source.data(), position, description, arena);
+  require(description == expected.error, "the text has this error, or none");
+  if (position != nullptr) {
+    require(position - source.data() == static_cast<std::ptrdiff_t>(expected.error_position),
+            "the error is where it was found");
+    require((text[0] != '{' && text[0] != '[') || find_json_fault(text), "RFC 8259 is read");
+  }
+  std::string lines;
+  put_lines(root, 0, lines);
+  require(position != nullptr || lines == expected.lines, "the tree is that of the text");
+
+  const std::string written = '[' + json_quote(text) + ']';
+  require(!find_json_fault(written), "what is written is JSON");
+  require(second_reading(written).lines == line(0, {}, "[") + line(1, {}, '"' + text + '"'),
+          "what is written is read");
+  return 0;
+}
