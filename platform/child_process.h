@@ -44,6 +44,9 @@ class child_process {
   // child that died of a signal gives 128 plus the signal's number.
   virtual std::optional<int> wait(std::chrono::milliseconds patience) = 0;
 
+  // Processor time that the child has used, once it has been waited for; 0 before.
+  virtual std::chrono::microseconds cpu_time() const = 0;
+
   virtual std::int64_t process_id() const = 0;
   virtual void kill() = 0;
 };

@@ -9,6 +9,9 @@ namespace platform {
 // Memory of the process that is in use, in bytes; 0 if it has ended or can't be looked at.
 std::size_t resident_memory(std::int64_t process_id);
 
+// The most that it ever was.
+std::size_t peak_memory(std::int64_t process_id);
+
 // Files of the process that are open (on Windows: handles), and its threads; 0 likewise.
 std::size_t open_files(std::int64_t process_id);
 std::size_t running_threads(std::int64_t process_id);

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -131,6 +132,8 @@ class linux_child final : public child_process {
     }
   }
 
+  std::chrono::microseconds cpu_time() const override { return cpu_time_; }
+
   std::int64_t process_id() const override { return id_; }
 
   // Once the child has been waited for, its number may belong to somebody else.
@@ -142,7 +145,11 @@ class linux_child final : public child_process {
   void look() {
     if (exit_value_.has_value()) return;
     int status = 0;
-    if (waitpid(id_, &status, WNOHANG) != id_) return;
+    rusage used = {};
+    if (wait4(id_, &status, WNOHANG, &used) != id_) return;
+    for (const timeval& part : {used.ru_utime, used.ru_stime}) {
+      cpu_time_ += std::chrono::seconds(part.tv_sec) + std::chrono::microseconds(part.tv_usec);
+    }
     exit_value_ = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
   }
 
@@ -150,6 +157,7 @@ class linux_child final : public child_process {
   descriptor input_;
   descriptor output_;
   std::optional<int> exit_value_;
+  std::chrono::microseconds cpu_time_{0};
 };
 
 // The attributes and actions of one start, released at the end of its scope.

@@ -26,6 +26,16 @@ std::size_t resident_memory(std::int64_t process_id) {
   return statm ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
+std::size_t peak_memory(std::int64_t process_id) {
+  constexpr std::size_t unit = 1024;
+  std::ifstream status("/proc/" + std::to_string(process_id) + "/status");
+  std::size_t peak = 0;
+  for (std::string word; status >> word;) {
+    if (word == "VmHWM:" && status >> peak) return peak * unit;
+  }
+  return 0;
+}
+
 std::size_t open_files(std::int64_t process_id) { return entries_in(process_id, "/fd"); }
 
 std::size_t running_threads(std::int64_t process_id) { return entries_in(process_id, "/task"); }

@@ -56,6 +56,10 @@ bool make_pipe(pipe_ends& ends, DWORD our_access, DWORD childs_access) {
   return ends.childs.valid();
 }
 
+std::int64_t ticks(const FILETIME& time) {
+  return static_cast<std::int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
 struct transfer_result {
   std::size_t count = 0;
   DWORD error = ERROR_SUCCESS;
@@ -122,6 +126,16 @@ class windows_child final : public child_process {
     DWORD value = 0;
     GetExitCodeProcess(process_.get(), &value);
     return static_cast<int>(value);
+  }
+
+  std::chrono::microseconds cpu_time() const override {
+    FILETIME unused = {}, kernel = {}, user = {};
+    if (WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0 ||
+        GetProcessTimes(process_.get(), &unused, &unused, &kernel, &user) == 0) {
+      return {};
+    }
+    // In steps of 100 ns.
+    return std::chrono::microseconds((ticks(kernel) + ticks(user)) / 10);
   }
 
   std::int64_t process_id() const override { return GetProcessId(process_.get()); }

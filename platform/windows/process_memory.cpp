@@ -15,14 +15,22 @@ HANDLE opened(std::int64_t process_id) {
                      static_cast<DWORD>(process_id));
 }
 
+// All zero for a process that can't be looked at.
+PROCESS_MEMORY_COUNTERS counters_of(std::int64_t process_id) {
+  const handle process(opened(process_id));
+  PROCESS_MEMORY_COUNTERS counters = {};
+  if (process.valid()) K32GetProcessMemoryInfo(process.get(), &counters, sizeof counters);
+  return counters;
+}
+
 }  // namespace
 
 std::size_t resident_memory(std::int64_t process_id) {
-  const handle process(opened(process_id));
-  PROCESS_MEMORY_COUNTERS counters = {};
-  const bool told =
-      process.valid() && K32GetProcessMemoryInfo(process.get(), &counters, sizeof counters) != 0;
-  return told ? counters.WorkingSetSize : 0;
+  return counters_of(process_id).WorkingSetSize;
+}
+
+std::size_t peak_memory(std::int64_t process_id) {
+  return counters_of(process_id).PeakWorkingSetSize;
 }
 
 std::size_t open_files(std::int64_t process_id) {

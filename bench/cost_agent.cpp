@@ -1,0 +1,97 @@
+// A client library that costs as little as one can. It asks each posted message for its form and
+// drops it, and writes the bytes in all into the file "built" at its end. At its start it notifies
+// of the file "payload" beside it as often as the file "count" says.
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "messages/agent_interface.h"
+#include "messages/records.h"
+#include "platform/exported.h"
+#include "platform/module_folder.h"
+
+namespace {
+
+class dropping_sink final : public cfSink {
+ public:
+  bool write_bytes(const void* bytes, std::uint64_t size) override {
+    const auto* const first = static_cast<const unsigned char*>(bytes);
+    bytes_.insert(bytes_.end(), first, first + size);
+    return true;
+  }
+  // Gives how many there were.
+  std::size_t drop() {
+    const std::size_t size = bytes_.size();
+    bytes_.clear();
+    return size;
+  }
+
+ private:
+  std::vector<unsigned char> bytes_;
+};
+
+// A received object that carries one payload.
+class carrier final : public iCfMsg {
+ public:
+  explicit carrier(const std::string& payload)
+      : bytes_(npc_packet::payload_offset + payload.size()), packet_(bytes_.data()) {
+    const auto length = static_cast<std::int32_t>(payload.size());
+    std::memcpy(&bytes_[npc_packet::length_offset], &length, sizeof length);
+    std::memcpy(bytes_.data() + npc_packet::payload_offset, payload.data(), payload.size());
+  }
+  std::int32_t release() override { return iCfMsg::release(); }
+  void* query(const cfName& n) override { return n == npc_name ? record() : iCfMsg::query(n); }
+
+ private:
+  void* record() { return reinterpret_cast<unsigned char*>(&packet_) - npc_record::packet_offset; }
+
+  std::vector<unsigned char> bytes_;
+  const unsigned char* packet_;
+};
+
+class cost_client final : public iCfClient {
+ public:
+  ~cost_client() { std::ofstream(platform::module_folder() + "built") << built_; }
+
+  std::int32_t addObserver(iCfClientObs* observer) override {
+    const std::string folder = platform::module_folder();
+    int count = 0;
+    std::ifstream(folder + "count") >> count;
+    if (count == 0) return 0;
+    std::ifstream file(folder + "payload", std::ios::binary);
+    carrier object(std::string(std::istreambuf_iterator<char>(file), {}));
+    while (count-- > 0) observer->notify(&object);
+    return 0;
+  }
+
+  std::int32_t post(iCfMsg* message) override {
+    cfOStream stream{0, &sink_, 0, 1};
+    message->write(stream);
+    message->release();
+    built_ += sink_.drop();
+    return 0;
+  }
+
+ private:
+  dropping_sink sink_;
+  std::size_t built_ = 0;
+};
+
+class cost_api final : public cfApi {
+ public:
+  void* getInterface(const cfName& name) override {
+    return name == client_interface ? &client_ : nullptr;
+  }
+
+ private:
+  cost_client client_;
+};
+
+}  // namespace
+
+extern "C" PLATFORM_EXPORTED cfApi* Api() {
+  static cost_api api;
+  return &api;
+}

@@ -1,0 +1,12 @@
+// Base64 as a good library does it without vectors: by tables, four characters or three bytes a
+// step.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// Appends the encoded form to `out`.
+void table_base64_encode(const char* in, std::size_t size, std::string& out);
+
+// Decodes in place and gives the length. Skips what isn't of the alphabet.
+std::size_t table_base64_decode(char* text, std::size_t size);
