@@ -158,6 +158,7 @@ void soak_one(const std::string& path, int requests) {
 void soak_many(const std::string& path, int count, int seconds) {
   const auto start = steady::now();
   std::vector<std::unique_ptr<soaked_host>> hosts;
+  hosts.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) hosts.push_back(std::make_unique<soaked_host>(path));
   std::vector<usage> warm(hosts.size());
   int number = 0;

@@ -27,6 +27,7 @@ class CHECKED_BY_CLANG(scoped_lockable) checked_lock {
  public:
   explicit checked_lock(checked_mutex& mutex) CHECKED_BY_CLANG(acquire_capability(mutex))
       : lock_(mutex.mutex_) {}
+  // NOLINTNEXTLINE(modernize-use-equals-default): the attribute wants a body
   ~checked_lock() CHECKED_BY_CLANG(release_capability()) {}
   checked_lock(const checked_lock&) = delete;
   checked_lock& operator=(const checked_lock&) = delete;

@@ -9,7 +9,7 @@ extern "C" void* __libc_malloc(std::size_t size);
 
 extern "C" void* malloc(std::size_t size) {
   // The program is loaded far from all libraries.
-  constexpr std::uintptr_t reach = 64 * 1024 * 1024;
+  constexpr std::uintptr_t reach = std::uintptr_t{64} * 1024 * 1024;
   static const char* const wanted = std::getenv("CFHOST_FAILING_ALLOCATION");
   static long calls = 0;
   const auto caller = reinterpret_cast<std::uintptr_t>(__builtin_return_address(0));

@@ -52,7 +52,7 @@ std::string found_in(std::int64_t process) {
   for (const std::string& secret : secrets) {
     if (all.find(secret) != all.npos) found += " narrow " + secret;
     if (all.find(wide(secret)) != all.npos) found += " wide " + secret;
-    for (const std::size_t shift : {0, 1, 2}) {
+    for (std::size_t shift = 0; shift < 3; ++shift) {
       if (all.find(base64_core(secret, shift)) != all.npos) found += " base64 " + secret;
     }
   }

@@ -57,7 +57,7 @@ TEST(diagnostics, go_to_no_place_that_others_may_have_made) {
     host.send(make_frame("{\"id\":\""s + id + "\",\"fragment\":1}") +
               request(R"({"method":"lock-coffer"})"));
     // Once the request has arrived the lines of the frame before it are written.
-    host.report(static_cast<std::size_t>(*id - 'a' + 1));
+    host.report(static_cast<std::size_t>(*id - 'a') + 1);
   }
   std::string line;
   ASSERT_TRUE(channel->receive(line));
