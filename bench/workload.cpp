@@ -38,7 +38,8 @@ std::string address(generator& random) {
                                                      "intranet.corp.example:8443"};
   std::string text = "https://" + pick(random, hosts) + "/users/sign_in";
   for (std::size_t left = below(random, 4); left > 0; --left) {
-    text += (left == 3 ? "?" : "&") + word(random, 2, 8) + '=' + word(random, 4, 24);
+    text += left == 3 ? '?' : '&';
+    text.append(word(random, 2, 8)).append(1, '=').append(word(random, 4, 24));
   }
   return text;
 }
@@ -113,7 +114,8 @@ std::string make_request(generator& random, int inputs, page_flavour flavour) {
   put(data, "source_context", "main-frame");
   data += R"(,"after_url":null,"fHasMultipleForms":1,"fIsPartiallyFilled":0,"inputs":[)";
   for (int i = 0; i < inputs; ++i) {
-    data += (i == 0 ? "" : ",") + make_input(random, i, flavour);
+    if (i > 0) data += ',';
+    data += make_input(random, i, flavour);
   }
   return R"({"method":"get-info-for-page","data":)" + data + "]}}";
 }
