@@ -14,9 +14,13 @@
 
 namespace {
 
-void send_notification(const char* name, const pair_stream& body) {
-  pair_stream outer;
-  send_reply(json_close_object(json_put_object(outer, name, body)));
+// `render` puts the members of the notification into the stream.
+template <class Render>
+void send_notification(const char* name, Render render) {
+  pair_stream stream;
+  json_begin(stream, name, '{');
+  render(stream);
+  send_reply(json_close_object(json_end(stream, '}')));
 }
 
 pair_stream& render_message(pair_stream& stream, const CfMsgWebsite& message) {
@@ -34,8 +38,7 @@ void forward(cfIStream& stream, const char* notification) {
   auto* const message = new Message;
   message->addRef();
   if (message->read(stream)) {
-    pair_stream body;
-    send_notification(notification, render_message(body, *message));
+    send_notification(notification, [&](pair_stream& body) { render_message(body, *message); });
   }
   message->release();
 }
@@ -86,16 +89,15 @@ void notify_carried(const void* npc) {
 }
 
 void notify_coffer_data(const void* data) {
-  pair_stream body;
-  send_notification("coffer-init-data", render_coffer_data(body, data));
+  send_notification("coffer-init-data", [&](pair_stream& body) { render_coffer_data(body, data); });
 }
 
 void notify_set_values(const void* values) {
   using namespace set_values_record;
   if (record_int(values, has_settings_offset) == 0) return;
-  pair_stream body;
-  send_notification("coffer-set-settings",
-                    render_settings(body, record_settings(values, settings_offset)));
+  send_notification("coffer-set-settings", [&](pair_stream& body) {
+    render_settings(body, record_settings(values, settings_offset));
+  });
 }
 
 notify_gate gate;

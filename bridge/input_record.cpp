@@ -14,9 +14,9 @@ input_record load_input_record(const propsW_t& bag) {
   const text_map::pair* pair = map.begin();
   for (const std::size_t index : input_fields_by_bag_key) {
     const input_field& field = input_fields[index];
-    while (pair != map.end() && pair->key_text() < field.bag_key) ++pair;
-    if (pair == map.end()) break;
-    if (pair->key_text() == field.bag_key) record.*field.member = (pair++)->value_text();
+    int order = -1;
+    while (pair != map.end() && (order = pair->key_text().compare(field.bag_key)) < 0) ++pair;
+    if (order == 0) record.*field.member = (pair++)->value_text();
   }
   return record;
 }

@@ -15,18 +15,18 @@ void render_entries(pair_stream& stream, const text_map& entries) {
   }
 }
 
-void render_input(pair_stream& list, const propsW_t& bag) {
+void render_input(pair_stream& stream, const propsW_t& bag) {
   const input_record record = load_input_record(bag);
-  pair_stream input;
+  json_begin(stream, '{');
   for (const input_field& field : input_fields) {
-    json_put_wide(input, field.json_key, record.*field.member);
+    json_put_wide(stream, field.json_key, record.*field.member);
   }
-  list << json_close_object(input) << ',';
+  json_end(stream, '}');
 }
 
 void render_bag(pair_stream& stream, const char* key, const CfSettings& settings) {
-  pair_stream inner;
-  json_put_object(stream, key, render_settings(inner, settings));
+  json_begin(stream, key, '{');
+  json_end(render_settings(stream, settings), '}');
 }
 
 }  // namespace
@@ -34,9 +34,9 @@ void render_bag(pair_stream& stream, const char* key, const CfSettings& settings
 pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message) {
   json_put_wide(stream, "sender", message.sender);
   render_entries(stream, message.props.map());
-  pair_stream list;
-  for (const propsW_t& bag : message.inputs) render_input(list, bag);
-  json_put_array(stream, "inputs", list);
+  json_begin(stream, "inputs", '[');
+  for (const propsW_t& bag : message.inputs) render_input(stream, bag);
+  json_end(stream, ']');
   return json_put_array(stream, "dbItems", pair_stream());
 }
 

@@ -10,6 +10,9 @@ class pair_stream {
  public:
   const std::string& str() const { return text_; }
 
+  // For whoever writes into the text where it lies.
+  std::string& text() { return text_; }
+
   pair_stream& operator<<(std::string_view text) {
     text_.append(text);
     return *this;

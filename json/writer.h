@@ -18,6 +18,13 @@ pair_stream& json_put_wide(pair_stream& stream, std::string_view key, wide_view 
 pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner);
 pair_stream& json_put_array(pair_stream& stream, std::string_view key, const pair_stream& inner);
 
+// Open a container under a key, or as an element of an array, and close the innermost one: what is
+// put in between are its members. The text is the same as with a stream of its own, which has to be
+// copied. `bracket` is the opening one, and the closing one.
+pair_stream& json_begin(pair_stream& stream, std::string_view key, char bracket);
+pair_stream& json_begin(pair_stream& stream, char bracket);
+pair_stream& json_end(pair_stream& stream, char bracket);
+
 // `text` as a string literal, quotes included. The solidus is escaped only where another character
 // needs an escape; bytes from 127 up pass unchanged.
 std::string json_quote(std::string_view text);

@@ -76,8 +76,6 @@ void readBagList(cfIStream& stream, std::vector<propsW_t>& list) {
   stream.readU32(count);
   for (; count > 0; --count) {
     if (list.size() == max_listed_bags) return stream.fail();
-    propsW_t bag;
-    if (!readBag(stream, bag)) return;
-    list.push_back(std::move(bag));
+    if (!readBag(stream, list.emplace_back())) return list.pop_back();
   }
 }

@@ -6,6 +6,27 @@
 static_assert(std::endian::native == std::endian::little,
               "fields go between memory and payload as they are");
 
+namespace {
+
+// Bytes in front of the first zero unit; beyond all whole units where there is none. Four units are
+// looked at in one word: the top bit of a unit shows in `zeros` if it becomes negative by one less,
+// and wasn't before. A borrow can only set bits above the lowest one found, so that one is exact.
+std::ptrdiff_t zero_unit_offset(const unsigned char* bytes, std::ptrdiff_t size) {
+  constexpr std::uint64_t ones = 0x0001000100010001;
+  constexpr std::uint64_t tops = 0x8000800080008000;
+  std::ptrdiff_t at = 0;
+  for (; size - at >= 8; at += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes + at, sizeof word);
+    const std::uint64_t zeros = (word - ones) & ~word & tops;
+    if (zeros != 0) return at + __builtin_ctzll(zeros) / 16 * std::ptrdiff_t{2};
+  }
+  while (size - at >= 2 && (bytes[at] != 0 || bytes[at + 1] != 0)) at += 2;
+  return at;
+}
+
+}  // namespace
+
 bool payload_text::operator==(wide_view text) const {
   return bytes != nullptr && length == text.size() &&
          std::memcmp(bytes, text.data(), length * sizeof(wide_char)) == 0;
@@ -19,18 +40,16 @@ wide_string payload_text::str() const {
 
 payload_text cfIStream::readWide() {
   constexpr std::ptrdiff_t unit_size = sizeof(wide_char);
-  std::ptrdiff_t probe = cursor_;
+  const std::ptrdiff_t left = end_ - cursor_;
+  const std::ptrdiff_t size = left < unit_size ? left : zero_unit_offset(begin_ + cursor_, left);
   // A unit that straddles the end is never looked at: the terminator has to lie inside.
-  for (; end_ - probe >= unit_size; probe += unit_size) {
-    if (begin_[probe] == 0 && begin_[probe + 1] == 0) {
-      const payload_text text = {begin_ + cursor_,
-                                 static_cast<std::size_t>(probe - cursor_) / sizeof(wide_char)};
-      cursor_ = probe + unit_size;
-      return text;
-    }
+  if (left - size < unit_size) {
+    ok_ = false;
+    return {};
   }
-  ok_ = false;
-  return {};
+  const payload_text text = {begin_ + cursor_, static_cast<std::size_t>(size) / sizeof(wide_char)};
+  cursor_ += size + unit_size;
+  return text;
 }
 
 cfIStream& cfIStream::readWide(wide_string& target) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -120,10 +121,11 @@ void text_map::reserve(std::size_t count) {
 }
 
 text_map::pair* text_map::take_pairs(std::size_t count) {
-  constexpr std::size_t align = alignof(pair) / sizeof(wide_char);
-  wide_char* const room = take_room(count * sizeof(pair) / sizeof(wide_char) + align - 1);
-  const auto address = reinterpret_cast<std::uintptr_t>(room);
-  return reinterpret_cast<pair*>((address + alignof(pair) - 1) & -alignof(pair));
+  constexpr std::size_t misfit = alignof(pair) / sizeof(wide_char) - 1;
+  const std::size_t size = count * sizeof(pair);
+  std::size_t room_size = size + misfit * sizeof(wide_char);
+  void* room = take_room(room_size / sizeof(wide_char));
+  return static_cast<pair*>(std::align(alignof(pair), size, room, room_size));
 }
 
 void text_map::add_block(std::size_t units) {

@@ -28,10 +28,11 @@ void occupy_standard_streams();
 // before any transfer.
 void prepare_standard_streams();
 
-// Waits until `output` takes a frame without making the writer wait, or fails at once. False when
-// standard input has ended and `output` has taken nothing for `patience` since: nobody is left to
-// read. Always true at once on a system that can't tell. One thread at a time.
-bool wait_for_output(std::FILE* output, std::chrono::milliseconds patience);
+// Waits until `output` takes `size` bytes, which are then written to it, without making the writer
+// wait, or fails at once. False when standard input has ended and `output` has taken nothing for
+// `patience` since: nobody is left to read. Always true at once on a system that can't tell. One
+// thread at a time.
+bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience);
 
 // Ends the process as a return from main does, with the exit actions. After these, threads that a
 // library still has can't hold it up.

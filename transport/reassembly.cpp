@@ -89,7 +89,7 @@ std::int32_t decode_message(std::string& gathered) {
     return 1;
   }
   gathered.resize(static_cast<std::size_t>(length));
-  gathered.resize(std::strlen(text));
+  gathered.resize(std::strlen(gathered.c_str()));
   return 0;
 }
 

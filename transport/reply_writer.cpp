@@ -1,10 +1,5 @@
 #include "transport/reply_writer.h"
 
-#include <algorithm>
-#include <cstring>
-#include <memory>
-#include <new>
-
 #include "host/diagnostics.h"
 #include "platform/platform.h"
 #include "platform/wiping.h"
@@ -18,26 +13,6 @@ output_lock stdout_lock;
 namespace {
 
 constexpr std::int32_t final_fragment = -1;
-
-// The base64 form of `text`; null when there is no memory for it or the encoder refuses.
-std::unique_ptr<char[]> encode(const std::string& text) {
-  // Beyond the encoder's range no 32-bit capacity exists, let alone a buffer of it.
-  const bool countable = text.size() <= static_cast<std::size_t>(max_base64_input);
-  const auto size = static_cast<std::int32_t>(text.size());
-  std::int32_t length = countable ? base64_encoded_length(size) + 1 : -1;
-  std::unique_ptr<char[]> buffer;
-  // Zeroed, which terminates the result.
-  if (countable) buffer.reset(new (std::nothrow) char[static_cast<std::size_t>(length)]());
-  if (buffer == nullptr) {
-    if (!dump_off) log_line("can't alloc base64 encode buffer length=%d. skipping...", length);
-    return nullptr;
-  }
-  if (base64_encode(text.data(), size, buffer.get(), &length) != 0) {
-    if (!dump_off) log_line("coudln't encode data to base64 [%s]. skipping...", text.c_str());
-    return nullptr;
-  }
-  return buffer;
-}
 
 // Writes the two parts of a frame into the stream's buffer, and logs the one that fell short.
 bool put_frame(const std::string& packet, std::FILE* output) REQUIRES(stdout_lock) {
@@ -59,11 +34,12 @@ bool write_frame(const std::string& packet, std::FILE* output) {
   const checked_lock lock(stdout_lock);
   // A write that waits for ever would hold up the end of the process, even the main thread if the
   // library notifies from inside a call of it.
-  if (!platform::wait_for_output(output, abandoned_patience)) platform::leave_now(0);
+  const std::size_t size = sizeof(frame_length) + packet.size();
+  if (!platform::wait_for_output(output, size, abandoned_patience)) platform::leave_now(0);
   std::clearerr(output);
   const bool put = put_frame(packet, output);
   std::fflush(output);
-  platform::wipe_sent_bytes(output, sizeof(frame_length) + packet.size());
+  platform::wipe_sent_bytes(output, size);
   if (put && std::ferror(output) != 0) {
     if (!dump_off) log_line("Couldn't send string , abort");
     return false;
@@ -71,7 +47,26 @@ bool write_frame(const std::string& packet, std::FILE* output) {
   return put;
 }
 
-bool send_pieces(std::string_view encoded, std::string_view id, std::FILE* output) {
+void put_packet_start(std::string& packet, std::string_view id, std::int32_t fragment) {
+  packet += R"({"reply":"success","id":")";
+  packet += id;
+  packet += R"(","fragment":)";
+  packet += fragment < 0 ? R"("final")" : std::to_string(fragment);
+  packet += R"(,"data":")";
+}
+
+void put_packet_end(std::string& packet) { packet += R"("})"; }
+
+void put_encoded(std::string& packet, std::string_view bytes) {
+  const auto size = static_cast<std::int32_t>(bytes.size());
+  std::int32_t length = base64_encoded_length(size);
+  const std::size_t start = packet.size();
+  packet.resize(start + static_cast<std::size_t>(length));
+  base64_encode(bytes.data(), size, packet.data() + start, &length);
+}
+
+// A frame takes whole groups of characters, so each piece is encoded by itself where it goes.
+bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) {
   const std::size_t empty_size = make_reply_packet(id, {}, final_fragment).size();
   if (empty_size >= max_output_size) {
     if (!dump_off) {
@@ -79,17 +74,22 @@ bool send_pieces(std::string_view encoded, std::string_view id, std::FILE* outpu
     }
     return false;
   }
-  const std::size_t room = max_output_size - empty_size;
+  const std::size_t room = (max_output_size - empty_size) / 4 * 3;
+  std::string packet;
+  packet.reserve(max_output_size);
   std::int32_t fragment = 0;
   std::size_t start = 0;
   do {
-    const std::string_view piece = encoded.substr(start, room);
-    const bool last = start + piece.size() == encoded.size();
-    const std::string packet = make_reply_packet(id, piece, last ? final_fragment : fragment);
+    const std::string_view piece = text.substr(start, room);
+    const bool last = start + piece.size() == text.size();
+    packet.clear();
+    put_packet_start(packet, id, last ? final_fragment : fragment);
+    put_encoded(packet, piece);
+    put_packet_end(packet);
     if (!write_frame(packet, output)) return false;
     ++fragment;
     start += piece.size();
-  } while (start < encoded.size());
+  } while (start < text.size());
   return true;
 }
 
@@ -98,21 +98,21 @@ bool send_pieces(std::string_view encoded, std::string_view id, std::FILE* outpu
 bool send_reply(const std::string& json_text, std::FILE* output) {
   if (!dump_off) log_line("Sending reply to Chrome");
   if (!dump_off) log_line("[%s]", json_text.c_str());
+  // The encoded form of more has no length that the extension could count on.
+  if (json_text.size() > static_cast<std::size_t>(max_base64_input)) {
+    if (!dump_off) log_line("can't alloc base64 encode buffer length=%d. skipping...", -1);
+    return false;
+  }
   char id[random_id_length];
   random_id(id);
-  const std::unique_ptr<char[]> encoded = encode(json_text);
-  return encoded != nullptr && send_pieces(encoded.get(), {id, sizeof id}, output);
+  return send_pieces(json_text, {id, sizeof id}, output);
 }
 
 std::string make_reply_packet(std::string_view id, std::string_view piece, std::int32_t fragment) {
   std::string packet;
   packet.reserve(max_output_size);
-  packet += R"({"reply":"success","id":")";
-  packet += id;
-  packet += R"(","fragment":)";
-  packet += fragment < 0 ? R"("final")" : std::to_string(fragment);
-  packet += R"(,"data":")";
+  put_packet_start(packet, id, fragment);
   packet += piece;
-  packet += R"("})";
+  put_packet_end(packet);
   return packet;
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 
@@ -23,6 +24,38 @@ void make_waiting(int fd) {
 int milliseconds_until(clock::time_point deadline) {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - clock::now());
   return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+}
+
+// What is known to be left of a page of a pipe.
+struct pipe_room {
+  int fd = -1;
+  std::size_t left = 0;
+};
+
+// Whether a page of the pipe takes several writes, as it does unless they are packets.
+bool joins_writes(int fd) {
+  return fcntl(fd, F_GETPIPE_SZ) > 0 && (fcntl(fd, F_GETFL) & O_DIRECT) == 0;
+}
+
+// A pipe is ready when a page of it is free, PIPE_BUF bytes, more than any frame. The input is
+// watched for its end alone; data in it is the main thread's.
+bool wait_until_ready(int output, std::chrono::milliseconds patience) {
+  pollfd streams[] = {{output, POLLOUT, 0}, {STDIN_FILENO, POLLRDHUP, 0}};
+  int timeout = -1;
+  clock::time_point deadline;
+  for (;;) {
+    const int ready = poll(streams, 2, timeout);
+    if (ready < 0 && errno != EINTR) return true;
+    if (ready > 0 && streams[0].revents != 0) return true;
+    if (ready > 0 && streams[1].revents != 0) {
+      streams[1].fd = -1;  // it has said what it had to say
+      deadline = clock::now() + patience;
+      timeout = 0;
+    }
+    if (timeout < 0) continue;
+    timeout = milliseconds_until(deadline);
+    if (timeout == 0) return false;
+  }
 }
 
 }  // namespace
@@ -58,25 +91,19 @@ void prepare_standard_streams() {
   make_waiting(STDIN_FILENO);
 }
 
-// A pipe is ready when it has room for 4096 bytes, more than any frame. The input is watched for
-// its end alone; data in it is the main thread's.
-bool wait_for_output(std::FILE* output, std::chrono::milliseconds patience) {
-  pollfd streams[] = {{fileno(output), POLLOUT, 0}, {STDIN_FILENO, POLLRDHUP, 0}};
-  int timeout = -1;
-  clock::time_point deadline;
-  for (;;) {
-    const int ready = poll(streams, 2, timeout);
-    if (ready < 0 && errno != EINTR) return true;
-    if (ready > 0 && streams[0].revents != 0) return true;
-    if (ready > 0 && streams[1].revents != 0) {
-      streams[1].fd = -1;  // it has said what it had to say
-      deadline = clock::now() + patience;
-      timeout = 0;
-    }
-    if (timeout < 0) continue;
-    timeout = milliseconds_until(deadline);
-    if (timeout == 0) return false;
+// While less than a page has been written since a pipe was ready, its page isn't full, and nothing
+// need be asked.
+bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience) {
+  static pipe_room room;
+  const int fd = fileno(output);
+  if (room.fd == fd && size <= room.left) {
+    room.left -= size;
+    return true;
   }
+  room = {};
+  if (!wait_until_ready(fd, patience)) return false;
+  if (size <= PIPE_BUF && joins_writes(fd)) room = {fd, PIPE_BUF - size};
+  return true;
 }
 
 void end_process(int exit_value) { std::exit(exit_value); }

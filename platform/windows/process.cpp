@@ -31,7 +31,7 @@ void prepare_standard_streams() {
 
 // What the system tells of a pipe isn't enough: the room in it counts without what a reader waits
 // for, and while one thread reads, every question about the input waits for that read.
-bool wait_for_output(std::FILE*, std::chrono::milliseconds) { return true; }
+bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) { return true; }
 
 // The system ends the threads that are left before it tells the libraries of the end, and a library
 // may then wait for a lock that went with its thread. So nobody is told.

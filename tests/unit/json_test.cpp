@@ -1,6 +1,7 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
+#include <cstring>
 
 #include "json/parser.h"
 #include "json/writer.h"
@@ -34,7 +35,9 @@ std::string dump(const json_node& node) {
   if (node.kind == kind_object) return name + "{" + children + "}";
   if (node.kind == kind_array) return name + "[" + children + "]";
   EXPECT_EQ(children, "");
-  if (node.kind == kind_string) return name + "\"" + shown(node.value.string) + "\"";
+  const bool is_string = node.kind == kind_string;
+  EXPECT_EQ(node.text_length, is_string ? std::strlen(node.value.string) : 0U);
+  if (is_string) return name + "\"" + shown(node.value.string) + "\"";
   if (node.kind == kind_int) return name + std::to_string(node.value.integer);
   if (node.kind == kind_float) return name + dump_float(node.value.number);
   if (node.kind == kind_bool) return name + (node.value.boolean == 1 ? "true" : "false");
@@ -156,6 +159,21 @@ TEST(Parser, RewritesTheTextOnlyInsideStrings) {
   const json_node* const root = json_parse(text.data(), position, description, arena);
   EXPECT_EQ(dump(*root), R"({k="a<09>b" n=[1 f40200000 null]})");
   EXPECT_EQ(shown(text), R"({"k<00>:"a<09>b<00>","n<00>:[1,2.5,null]})");
+}
+
+TEST(Writer, SeesASpecialByteWhereverItStands) {
+  for (std::size_t size = 1; size < 40; ++size) {
+    const std::string plain(size, '/');
+    EXPECT_EQ(json_quote(plain), '"' + plain + '"');
+    for (std::size_t at = 0; at < size; ++at) {
+      std::string text(size, '\xFF'), expected = text;
+      text[at] = '"';
+      expected.insert(at, "\\").at(at + 1) = '"';
+      EXPECT_EQ(json_quote(text), '"' + expected + '"');
+      text[at] = '\0';
+      EXPECT_EQ(json_quote(text), '"' + text + '"');
+    }
+  }
 }
 
 TEST(Writer, EscapesOnlyWhatItMust) {
