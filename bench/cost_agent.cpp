@@ -53,7 +53,7 @@ class carrier final : public iCfMsg {
 
 class cost_client final : public iCfClient {
  public:
-  ~cost_client() { std::ofstream(platform::module_folder() + "built") << built_; }
+  ~cost_client() override { std::ofstream(platform::module_folder() + "built") << built_; }
 
   std::int32_t addObserver(iCfClientObs* observer) override {
     const std::string folder = platform::module_folder();

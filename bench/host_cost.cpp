@@ -80,11 +80,12 @@ double median(std::vector<double> values) {
 // Both in turn, so that what the machine does meanwhile hits both.
 void compare(const std::string& name, int rounds, const std::function<double()>& first,
              const std::function<double()>& ours) {
-  std::vector<double> firsts, all_ours, ratios;
-  for (int i = 0; i < rounds; ++i) {
-    firsts.push_back(first());
-    all_ours.push_back(ours());
-    ratios.push_back(all_ours.back() / firsts.back());
+  const auto count = static_cast<std::size_t>(rounds);
+  std::vector<double> firsts(count), all_ours(count), ratios(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    firsts[i] = first();
+    all_ours[i] = ours();
+    ratios[i] = all_ours[i] / firsts[i];
   }
   std::printf("%s,%.3f,%.3f,%.4f\n", name.c_str(), median(firsts), median(all_ours),
               median(ratios));
@@ -192,10 +193,9 @@ void show_growth(const programs& all) {
     const std::string set = frames_of(make_requests(inputs));
     std::string input, ignored;
     while (input.size() < bytes_in_a_run) input += set;
-    std::vector<double> costs;
-    for (int i = 0; i < 5; ++i) {
-      costs.push_back(cpu_time(all.host, {}, input, ignored) * 1000 /
-                      static_cast<double>(input.size()));
+    std::vector<double> costs(5);
+    for (double& cost : costs) {
+      cost = cpu_time(all.host, {}, input, ignored) * 1000 / static_cast<double>(input.size());
     }
     const double cost = median(costs);
     std::printf("growth/%d inputs,,%.3f,\n", inputs, cost);
@@ -207,6 +207,7 @@ void show_growth(const programs& all) {
   while (input.size() < bytes_in_a_run / together * 4) input += set;
   std::vector<std::unique_ptr<process>> hosts;
   std::vector<std::thread> writers;
+  writers.reserve(together);
   for (std::size_t i = 0; i < together; ++i) hosts.push_back(start(all.host));
   for (const auto& host : hosts) {
     writers.emplace_back([&input, &host] {
