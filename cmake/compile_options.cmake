@@ -16,6 +16,7 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 set(CFHOST_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 option(CFHOST_FUZZ "Build the fuzz targets of tests/fuzz (needs clang)" OFF)
+option(CFHOST_COVERAGE "Count what the tests execute (needs clang)" OFF)
 option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
 
 # For C++ alone: the resources of a Windows program are compiled too.
@@ -42,9 +43,17 @@ if(CFHOST_SANITIZE)
   add_link_options(-fsanitize=${CFHOST_SANITIZE})
 endif()
 
-if(CFHOST_FUZZ)
+if(CFHOST_FUZZ AND NOT CFHOST_COVERAGE)
   # Counts the edges that an input takes; the fuzz targets alone link what looks at the counters.
   add_cxx_options(-fsanitize=fuzzer-no-link)
+endif()
+
+if(CFHOST_COVERAGE)
+  # Counters that can be moved into a file while the program runs: the host may end without the exit
+  # actions that would write them.
+  add_cxx_options(-fprofile-instr-generate -fcoverage-mapping
+                  "SHELL:-mllvm -runtime-counter-relocation")
+  add_link_options(-fprofile-instr-generate)
 endif()
 
 if(CFHOST_HARDEN)
