@@ -12,6 +12,9 @@ const state = { connected: false, reason: "", locked: true, settings: {} };
 // Tabs that the agent has sent to a login page, with the login's name; for their next page only.
 const expectedLogins = new Map();
 
+// What each tab shows, as far as it has asked.
+const shownAddresses = new Map();
+
 const port = new HostPort(api, receive, (connected, reason) => {
   state.connected = connected;
   state.reason = reason;
@@ -51,6 +54,11 @@ function isWebAddress(text) {
 async function navigate(website) {
   const { tab } = parseSender(website.sender);
   if (!Number.isInteger(tab) || !isWebAddress(website.source)) return;
+  if (shownAddresses.get(tab) === website.source) {
+    // It is there already; loading it again would only make it ask again.
+    fill(website);
+    return;
+  }
   expectedLogins.set(tab, String(website["navigate-login"] ?? ""));
   await api.tabs.update(tab, { url: website.source }).catch(() => expectedLogins.delete(tab));
 }
@@ -96,6 +104,7 @@ const commands = [
 // The browser's word on where a page is from counts, not the page's.
 function askForPage({ method, documentId, page }, sender) {
   const data = { ...page, sender: senderName(sender, documentId), source: sender.url };
+  if (sender.frameId === 0) shownAddresses.set(sender.tab.id, sender.url);
   if (sender.frameId === 0 && expectedLogins.has(sender.tab.id)) {
     data.navigate_login = expectedLogins.get(sender.tab.id);
     expectedLogins.delete(sender.tab.id);
@@ -111,6 +120,11 @@ api.runtime.onMessage.addListener((message, sender, answer) => {
   } else if (message.type === "state" && isOwnPage(sender)) {
     answer(state);
   }
+});
+
+api.tabs.onRemoved.addListener((tab) => {
+  expectedLogins.delete(tab);
+  shownAddresses.delete(tab);
 });
 
 // The popup, also where it is opened in a tab; never a page of the web.

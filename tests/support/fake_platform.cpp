@@ -21,7 +21,9 @@ void fake::reset(bool diagnostics) {
 
 namespace platform {
 
-bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) { return !state.abandoned; }
+bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) {
+  return !state.abandoned;
+}
 
 void leave_now(int exit_value) { std::_Exit(exit_value); }
 

@@ -2,6 +2,10 @@
 "use strict";
 
 (() => {
+  // What goes over the network unprotected can come from anybody, and a sandboxed frame isn't of the
+  // site that its address names.
+  if (!isSecureContext || self.origin === "null") return;
+
   const api = globalThis.browser ?? globalThis.chrome;
 
   // An answer for the page that this frame showed before must not fill this one.
