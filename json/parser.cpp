@@ -2,8 +2,9 @@
 
 #include <cstring>
 
+#include "json/escapes.h"
 #include "json/number_tokens.h"
-#include "json/plain_text.h"
+#include "json/text_scan.h"
 
 namespace {
 
@@ -13,58 +14,12 @@ bool ends_number(char c) {
   return is_white_space(c) || c == ',' || c == ']' || c == '}' || c == '\0';
 }
 
-// The value of a hexadecimal digit, or -1.
-int hex_digit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
-// What a one-letter escape stands for, or NUL where there is no such escape.
-char escaped_character(char letter) {
-  switch (letter) {
-    case '"':
-    case '\\':
-    case '/':
-      return letter;
-    case 'b':
-      return '\b';
-    case 'f':
-      return '\f';
-    case 'n':
-      return '\n';
-    case 'r':
-      return '\r';
-    case 't':
-      return '\t';
-    default:
-      return '\0';
-  }
-}
-
-// UTF-8 form of one UTF-16 code unit. The halves of a surrogate pair stay apart here, as three
-// bytes each; the conversion to wide text joins them.
-char* put_code_unit(char* out, int unit) {
-  if (unit < 0x80) {
-    *out++ = static_cast<char>(unit);
-  } else if (unit < 0x800) {
-    *out++ = static_cast<char>(0xC0 | unit >> 6);
-    *out++ = static_cast<char>(0x80 | (unit & 0x3F));
-  } else {
-    *out++ = static_cast<char>(0xE0 | unit >> 12);
-    *out++ = static_cast<char>(0x80 | (unit >> 6 & 0x3F));
-    *out++ = static_cast<char>(0x80 | (unit & 0x3F));
-  }
-  return out;
-}
-
 // The state of one parse. Each step handles one token, and the punctuation that follows it as a
 // rule; it takes the position of the token, gives the one behind, and null after it has noted an
 // error.
 class parser {
  public:
-  parser(const char* end, node_arena& arena) : end_(end), arena_(arena) {}
+  parser(const char* text, const char* end, node_arena& arena) : scan_(text, end), arena_(arena) {}
 
   json_node* run(char* at) {
     do {
@@ -142,20 +97,33 @@ class parser {
 
   // `start` is the position behind the opening quote.
   char* string(char* start) {
-    char* const at = decode_string(start);
-    if (at == nullptr) return nullptr;
-    if (pending_key_ == nullptr && top_->kind == kind_object) {
-      pending_key_ = start;
-      if (*at != ':') return at;
-      // Most values are strings that follow at once.
-      return at[1] == '"' ? string_value(at + 2) : at + 1;
-    }
-    return add_string(start, at);
-  }
-
-  char* string_value(char* start) {
+    if (pending_key_ == nullptr && top_->kind == kind_object) return string_members(start);
     char* const at = decode_string(start);
     return at != nullptr ? add_string(start, at) : nullptr;
+  }
+
+  // A key, its value if that is a string that follows at once, and all members behind it that are
+  // such and with nothing between: most of a page.
+  char* string_members(char* key) {
+    json_node* const object = top_;
+    for (;;) {
+      char* at = decode_string(key);
+      if (at == nullptr) return nullptr;
+      if (at[0] != ':' || at[1] != '"') {
+        pending_key_ = key;
+        return at;
+      }
+      char* const start = at + 2;
+      at = decode_string(start);
+      if (at == nullptr) return nullptr;
+      json_node* const node = arena_alloc(arena_);
+      if (node == nullptr) return too_large(start);
+      *node = {object, nullptr, nullptr, nullptr, key, {start}, kind_string, text_length_};
+      append(node);
+      if (at[0] != ',') return at;
+      if (at[1] != '"') return at + 1;
+      key = at + 2;
+    }
   }
 
   char* add_string(char* start, char* at) {
@@ -170,7 +138,7 @@ class parser {
   // Decodes in place. The decoded text is never longer than what it stands for, so writing can't
   // overtake reading.
   char* decode_string(char* start) {
-    char* const at = plain_text_end(start, end_);
+    char* const at = scan_.find(start);
     if (*at != '"') return decode_interrupted_string(start, at);
     *at = '\0';
     text_length_ = static_cast<std::uint32_t>(at - start);
@@ -180,22 +148,21 @@ class parser {
   // The rest of a string from `at` on, the first byte that isn't plain and doesn't end it.
   char* decode_interrupted_string(char* start, char* at) {
     char* out = at;
+    const char* nul = nullptr;  // the first one that an escape has put into the text
     for (;;) {
       if (*at == '"') {
         *out = '\0';
-        // An escape may have put a NUL into the text.
-        text_length_ = static_cast<std::uint32_t>(std::strlen(start));
+        text_length_ = static_cast<std::uint32_t>((nul != nullptr ? nul : out) - start);
         return at + 1;
       }
       if (*at == '\0') return at;  // the container that is still open makes an error of it
       if (*at != '\\') return fail(start, "Control characters not allowed in strings");
       at = escape(start, at, out);
       if (at == nullptr) return nullptr;
+      if (out[-1] == '\0' && nul == nullptr) nul = out - 1;
       char* const plain = at;
-      at = plain_text_end(at, end_);
-      const auto length = static_cast<std::size_t>(at - plain);
-      std::memmove(out, plain, length);
-      out += length;
+      at = scan_.find(at);
+      out = move_back(out, plain, static_cast<std::size_t>(at - plain));
     }
   }
 
@@ -211,7 +178,7 @@ class parser {
     int unit = 0;
     for (int i = 2; i < 6; ++i) {
       const int digit = hex_digit(at[i]);
-      if (digit < 0) return fail(at, "Bad unicode codepoint");
+      if (digit == no_digit) return fail(at, "Bad unicode codepoint");
       unit = unit << 4 | digit;
     }
     out = put_code_unit(out, unit);
@@ -276,7 +243,7 @@ class parser {
     return nullptr;
   }
 
-  const char* const end_;  // the terminating NUL
+  text_scan scan_;
   node_arena& arena_;
   json_node* root_ = nullptr;
   json_node* top_ = nullptr;           // the innermost open container
@@ -291,7 +258,7 @@ class parser {
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator) {
   if (*source == '\0') return nullptr;
-  parser parse(source + std::strlen(source), allocator);
+  parser parse(source, source + std::strlen(source), allocator);
   json_node* const root = parse.run(source);
   if (root == nullptr) {
     errorPos = parse.error_position();

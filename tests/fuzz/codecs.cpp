@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "json/plain_text.h"
+#include "json/text_scan.h"
 #include "platform/linux/ascii_runs.h"
 #include "tests/fuzz/fuzzing.h"
 #include "transport/base64.h"
@@ -58,13 +58,17 @@ void check_encoder(const std::vector<char>& bytes) {
           "what is encoded is decoded");
 }
 
-void check_plain_text(std::vector<char> text) {
+void check_text_scan(std::vector<char> text) {
   text.push_back('\0');
   char* const end = text.data() + std::strlen(text.data());
+  text_scan scan(text.data(), end);
   for (char* at = text.data(); at <= end; at += 1 + text.size() / 8) {
-    char* const expected = plain_text_end_bytewise(at);
-    require(plain_text_end(at, end) == expected && plain_text_end_wordwise(at, end) == expected,
-            "each scan ends at the same byte");
+    char* const expected = std::find_if(at, end, interrupts_text);
+    require(scan.find(at) == expected, "the scan ends at the first byte that interrupts");
+    at = expected;
+  }
+  for (const char* at = text.data(); end - at >= 16; at += 16) {
+    require(interrupting_bits(at) == interrupting_bits_wordwise(at), "words tell the same");
   }
 }
 
@@ -155,7 +159,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::memcpy(units.data(), data, size / 2 * 2);
   for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room);
   check_encoder(bytes);
-  check_plain_text(bytes);
+  check_text_scan(bytes);
   check_widening(bytes);
   check_narrowing(units);
   return 0;
