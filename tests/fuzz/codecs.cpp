@@ -13,28 +13,6 @@
 
 namespace {
 
-// One character after the other.
-std::string plainly_decoded(std::string_view text) {
-  constexpr std::string_view alphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string bytes;
-  std::size_t held = 0, width = 0;  // of the bits that wait for more
-  bool between_groups = true;
-  for (const char c : text) {
-    if (c == '\0' && between_groups) break;
-    between_groups = false;
-    const std::size_t value = alphabet.find(c);
-    if (value == alphabet.npos) continue;
-    held = held << 6 | value;
-    width += 6;
-    if (width < 8) continue;
-    width -= 8;
-    bytes += static_cast<char>(held >> width);
-    between_groups = width == 0;
-  }
-  return bytes;
-}
-
 void check_decoder(const std::vector<char>& text, std::size_t room) {
   const std::string expected = plainly_decoded({text.data(), text.size()});
   const std::unique_ptr<char[]> out(new char[room]);
@@ -44,6 +22,15 @@ void check_decoder(const std::vector<char>& text, std::size_t room) {
   require((result == 0) == (expected.size() <= room), "only lack of room fails");
   const std::size_t whole = result == 0 ? expected.size() : room / 3 * 3;
   require(expected.compare(0, whole, out.get(), whole) == 0, "all that fits is decoded");
+}
+
+void check_decoding_in_place(std::vector<char> text) {
+  const std::string expected = plainly_decoded({text.data(), text.size()});
+  auto length = static_cast<std::int32_t>(text.size());
+  const int result = base64_decode(text.data(), text.data(), &length, text.data() + text.size());
+  require(result == 0 && length == std::ssize(expected) &&
+              std::equal(expected.begin(), expected.end(), text.begin()),
+          "a text is decoded where it lies");
 }
 
 void check_encoder(const std::vector<char>& bytes) {
@@ -158,6 +145,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<wide_char> units(size / 2);
   std::memcpy(units.data(), data, size / 2 * 2);
   for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room);
+  check_decoding_in_place(bytes);
   check_encoder(bytes);
   check_text_scan(bytes);
   check_widening(bytes);

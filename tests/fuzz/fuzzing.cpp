@@ -15,3 +15,24 @@ std::uint8_t take_byte(std::string_view& input) {
   input.remove_prefix(1);
   return byte;
 }
+
+std::string plainly_decoded(std::string_view text) {
+  constexpr std::string_view alphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string bytes;
+  std::size_t held = 0, width = 0;  // of the bits that wait for more
+  bool between_groups = true;
+  for (const char c : text) {
+    if (c == '\0' && between_groups) break;
+    between_groups = false;
+    const std::size_t value = alphabet.find(c);
+    if (value == alphabet.npos) continue;
+    held = held << 6 | value;
+    width += 6;
+    if (width < 8) continue;
+    width -= 8;
+    bytes += static_cast<char>(held >> width);
+    between_groups = width == 0;
+  }
+  return bytes;
+}

@@ -15,6 +15,9 @@ void require(bool kept, const char* promise);
 // The first byte of an input, which chooses what the rest is for; 0 where there is none.
 std::uint8_t take_byte(std::string_view& input);
 
+// What base64 stands for, decoded one character after the other.
+std::string plainly_decoded(std::string_view text);
+
 inline std::string_view text_of(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }

@@ -1,77 +1,105 @@
 // Bytes of standard input up to the messages that the agent gets, through the real reader, joiner
-// and dispatcher.
+// and dispatcher, and through plain models of them.
 
 #include <cstdio>
-#include <vector>
 
 #include "bridge/dispatcher.h"
+#include "json/writer.h"
 #include "messages/client_library.h"
 #include "tests/fuzz/fuzzing.h"
+#include "tests/fuzz/host_model.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/payload.h"
 #include "tools/request_cutter.h"
 #include "transport/frame_reader.h"
+#include "transport/reassembly.h"
 
 namespace {
 
-using texts = std::vector<std::string>;
-
-// Keeps the form of each message, which has to be read as the same.
+// Keeps the picture of each message, whose form has to be read as the same.
 struct agent final : iCfClient {
   std::int32_t addObserver(iCfClientObs*) override { return 0; }
 
   std::int32_t post(iCfMsg* message) override {
-    memory_sink sink, again;
-    if (message->write(sink.stream)) {
-      odd_stream stream(sink.bytes);
-      require(message->read(stream) && message->write(again.stream), "a form can be read");
-      require(again.bytes == sink.bytes, "a form is read as it was written");
-    }
-    forms.push_back(sink.bytes);
+    const std::string picture = picture_of(*message);
+    odd_stream stream(picture);
+    require(!message->read(stream) || picture_of(*message) == picture,
+            "a form is read as it was written");
+    pictures.push_back(picture);
     require(message->release() == 0, "a message is posted with one reference");
     return 0;
   }
 
-  texts forms;
+  texts pictures;
 };
 
-texts read_all(std::string bytes) {
-  texts messages;
-  std::FILE* const input = fmemopen(bytes.data(), bytes.size(), "r");
-  for (std::string m; read_message(m, input) == read_complete;) messages.push_back(m);
-  std::fclose(input);
-  return messages;
-}
-
-// The forms of the messages that the requests become.
-texts dispatch(texts requests, bool diagnostics) {
+void check_dispatch(std::string request, const platform::screen_point* cursor, bool diagnostics) {
   agent client;
   agent_client = &client;
   fake::reset(diagnostics);
-  for (std::string& request : requests) dispatch_method(request);
-  require(client.forms.size() <= requests.size(), "a request gives one message");
-  return client.forms;
+  if (cursor != nullptr) fake::system().cursor = *cursor;
+  const std::string expected = plainly_dispatched(request, cursor);
+  dispatch_method(request);
+  require(client.pictures == (expected.empty() ? texts{} : texts{expected}),
+          "a request becomes its message");
 }
 
-// The frames of a request, whose id is new: earlier inputs may have left messages unfinished.
+// Reads all, and then all that the messages still open have gathered: the next input starts anew.
+texts check_reading(std::string stream) {
+  open_messages open;
+  std::int32_t expected_end = 0, end = 0;
+  const texts expected = plainly_read(stream, open, expected_end);
+  texts messages;
+  std::FILE* const input = fmemopen(stream.data(), stream.size(), "r");
+  for (std::string m; (end = read_message(m, input)) == read_complete;) messages.push_back(m);
+  std::fclose(input);
+  require(messages == expected && end == expected_end, "frames become these messages");
+  for (const auto& [id, piece] : open) {
+    std::string frame = R"({"fragment":"final","id":)" + json_quote(id) + "}", text;
+    const std::string gathered = plainly_decoded(piece).c_str();
+    require(reassemble_fragment(frame.data(), text) == 0 && text == gathered,
+            "unfinished messages are kept");
+  }
+  require(gathered_text() == 0, "nothing else is kept");
+  return messages;
+}
+
 std::string frames_of(std::string_view request, std::size_t envelope_size) {
-  static unsigned count = 0;
   std::string frames, envelope;
-  request_cutter cutter(request, "request " + std::to_string(++count), envelope_size);
+  request_cutter cutter(request, "request", envelope_size);
   while (cutter.next(envelope)) frames += make_frame(envelope);
   return frames;
 }
 
+// Each line is an envelope.
+std::string frames_of_lines(std::string_view lines) {
+  std::string frames;
+  for (;;) {
+    const std::size_t end = lines.find('\n');
+    frames += make_frame(lines.substr(0, end));
+    if (end == lines.npos) return frames;
+    lines.remove_prefix(end + 1);
+  }
+}
+
 }  // namespace
 
-// The input is a request, or behind a zero the bytes of the stream.
+// The input is a request; behind a zero it is the bytes of the stream, and behind a one its
+// envelopes.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input = text_of(data, size);
-  const bool is_request = size > 0 && *data != 0;
+  const std::uint8_t first = size > 0 ? *data : 0;
+  const platform::screen_point place{7, -9};
+  const platform::screen_point* const cursor = size % 3 == 0 ? &place : nullptr;
   fake::reset(size % 2 == 0);
-  const texts messages = read_all(is_request ? frames_of(input, min_request_envelope + size % 512)
-                                             : std::string(input.substr(size > 0 ? 1 : 0)));
-  require(!is_request || messages == texts{std::string(input).c_str()}, "a request arrives");
-  require(dispatch(messages, false) == dispatch(messages, true), "diagnostics change nothing");
+  texts messages;
+  if (first > 1) {
+    messages = check_reading(frames_of(input, min_request_envelope + size % 512));
+    require(messages == texts{std::string(input).c_str()}, "a request arrives");
+  } else if (size > 0) {
+    const std::string_view rest = input.substr(1);
+    messages = check_reading(first == 1 ? frames_of_lines(rest) : std::string(rest));
+  }
+  for (const std::string& request : messages) check_dispatch(request, cursor, size % 2 == 0);
   return 0;
 }

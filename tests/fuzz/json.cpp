@@ -137,6 +137,8 @@ struct second_reading {
 
 std::string picture_of(const json_node& node) {
   constexpr const char* pictures[] = {"null", "{", "[", "", "", "float", "true"};
+  require(node.text_length == (node.kind == kind_string ? std::strlen(node.value.string) : 0),
+          "the length is that of the text");
   if (node.kind == kind_string) return '"' + std::string(node.value.string) + '"';
   if (node.kind == kind_int) return std::to_string(node.value.integer);
   return node.kind == kind_bool && node.value.boolean == 0 ? "false" : pictures[node.kind];

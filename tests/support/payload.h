@@ -16,7 +16,7 @@ std::string frame(std::string_view payload);
 struct memory_sink : cfSink {
   bool write_bytes(const void* data, std::uint64_t size) override;
   std::string bytes;
-  int calls = 0, refused = 1000;
+  int calls = 0, refused = 1'000'000;
   cfOStream stream{0, this, 0, 1};
 };
 
