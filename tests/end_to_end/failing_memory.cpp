@@ -7,7 +7,8 @@
 
 extern "C" void* __libc_malloc(std::size_t size);
 
-extern "C" void* malloc(std::size_t size) {
+// Visible even where all else is hidden, or the host would never call it.
+extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t size) {
   // The program is loaded far from all libraries.
   constexpr std::uintptr_t reach = std::uintptr_t{64} * 1024 * 1024;
   static const char* const wanted = std::getenv("CFHOST_FAILING_ALLOCATION");
