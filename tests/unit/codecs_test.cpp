@@ -58,6 +58,11 @@ TEST(Base64, KeepsToTheRoomThatThereIs) {
   EXPECT_EQ(count, 4);
   EXPECT_EQ(base64_encode("abc", 3, text, &little), -1);
   EXPECT_EQ(base64_encode("abc", 3, nullptr, &count), -1);
+  EXPECT_EQ(base64_encode("abc", 3, text, nullptr) + base64_decode(text, text, nullptr, text), -2);
+  for (const std::int32_t size : {-1, INT32_MIN, max_base64_input + 1, INT32_MAX}) {
+    std::int32_t room = INT32_MAX;
+    EXPECT_EQ(base64_encode("abc", size, text, &room), -1) << size;
+  }
   EXPECT_STREQ(text, "QUJDRA==");
 }
 

@@ -1,13 +1,27 @@
 #include "host/diagnostics.h"
 
+#include <cstdarg>
+
 #include "bridge/agent_observer.h"
 #include "bridge/dispatcher.h"
+#include "host/line_format.h"
 #include "messages/settings.h"
 #include "tests/unit/support.h"
 
 namespace {
 
 using Diagnostics = logged_test;
+
+// A line in memory that ends where its room ends.
+template <class Element>
+std::string formatted(std::size_t room, const Element* format, ...) {
+  const std::unique_ptr<Element[]> line(new Element[room]);
+  std::va_list arguments;
+  va_start(arguments, format);
+  Element* const out = format_line(line.get(), room, format, arguments);
+  va_end(arguments);
+  return shown(std::basic_string_view<Element>(out));
+}
 
 TEST_F(Diagnostics, AreSwitchedByOneKey) {
   const auto switched = [](const std::string& value) {
@@ -31,6 +45,16 @@ TEST_F(Diagnostics, WriteOneLineWithThreadTagAndLineEnd) {
                                                             "[123456] [ cf    ] id=x\r\n\r\n"}));
   EXPECT_EQ(fake::system().wide_lines, (std::vector<wide_string>{u"[ 812] [ cf    ] \u20AC%s|7|x|%",
                                                                  u"[123456] [ cf    ] x\r\n"}));
+}
+
+TEST_F(Diagnostics, FormatALineOfEitherWidthAsFarAsThereIsRoom) {
+  for (const std::size_t room : {1U, 2U, 5U, 9U, 13U, 18U, 40U}) {
+    const std::string whole = "_ab|xyz|  -70|%|%u|%123d|%";
+    EXPECT_EQ(formatted(room, "_%s|%S|%5d|%%|%u|%123d|%", "ab", u"xyz", -70),
+              whole.substr(0, room - 1));
+    EXPECT_EQ(formatted(room, u"_%s|%S|%5d|%%|%u|%123d|%", u"ab", "xyz", -70),
+              whole.substr(0, room - 1));
+  }
 }
 
 TEST_F(Diagnostics, CutALineAt254Elements) {

@@ -84,6 +84,22 @@ ssize_t give_one(void* device, char* out, std::size_t) {
   return 1;
 }
 
+// A device that gives one byte and fails from then on.
+ssize_t give_then_fail(void* calls, char* out, std::size_t) {
+  if (++*static_cast<int*>(calls) > 1) return errno = EIO, -1;
+  return *out = '\x10', 1;
+}
+
+TEST_F(ShortWrite, TakesAReadThatFailsForTheEndOfTheInput) {
+  int calls = 0;
+  const file_pointer stream(fopencookie(&calls, "r", {give_then_fail, nullptr, nullptr, nullptr}),
+                            std::fclose);
+  std::string message;
+  EXPECT_EQ(read_message(message, stream.get()), read_end);
+  EXPECT_LE(calls, 3) << "it isn't tried again and again";
+  EXPECT_NE(fake::system().lines.back().find("actual_read != 4 but instead is 1;"), message.npos);
+}
+
 // The last frame counts as far as it came: without its last byte it is one that isn't JSON.
 TEST_F(ShortWrite, ReadsByteByByteThroughSignalsUpToWhereverTheInputEnds) {
   const std::string one = frame(R"({"id":"a","fragment":"final","msg":"QQ=="})");
