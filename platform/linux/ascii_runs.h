@@ -5,6 +5,7 @@
 // one element of the output for each element of the input.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -41,14 +42,35 @@ inline void narrow_wordwise(const wide_char*& in, const wide_char* end, char*& o
 
 inline void store(void* at, __m128i value) { _mm_storeu_si128(static_cast<__m128i*>(at), value); }
 
-// Sixteen bytes at a time, then eight. A block is written whole, and as much of it counts as is
-// ASCII.
+inline __m128i load(const void* at) { return _mm_loadu_si128(static_cast<const __m128i*>(at)); }
+
+inline __m128i load_half(const void* at) {
+  return _mm_loadl_epi64(static_cast<const __m128i*>(at));
+}
+
+inline void store_half(void* at, __m128i value) {
+  _mm_storel_epi64(static_cast<__m128i*>(at), value);
+}
+
+inline bool is_ascii(__m128i bytes) { return _mm_movemask_epi8(bytes) == 0; }
+
+inline void store_widened(wide_char* out, __m128i bytes) {
+  store(out, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+  store(out + 8, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+}
+
+// Thirty-two bytes at a time, then sixteen, then eight. A block is written whole, and as much of it
+// counts as is ASCII.
 inline void widen(const unsigned char*& in, const unsigned char* end, wide_char*& out) {
-  const __m128i zero = _mm_setzero_si128();
+  for (; end - in >= 32; in += 32, out += 32) {
+    const __m128i first = load(in), second = load(in + 16);
+    if (!is_ascii(_mm_or_si128(first, second))) break;
+    store_widened(out, first);
+    store_widened(out + 16, second);
+  }
   while (end - in >= 16) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-    store(out, _mm_unpacklo_epi8(bytes, zero));
-    store(out + 8, _mm_unpackhi_epi8(bytes, zero));
+    const __m128i bytes = load(in);
+    store_widened(out, bytes);
     const int others = _mm_movemask_epi8(bytes);
     const int run = others == 0 ? 16 : __builtin_ctz(static_cast<unsigned>(others));
     in += run;
@@ -56,8 +78,8 @@ inline void widen(const unsigned char*& in, const unsigned char* end, wide_char*
     if (others != 0) return;
   }
   if (end - in >= 8) {
-    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
-    store(out, _mm_unpacklo_epi8(bytes, zero));
+    const __m128i bytes = load_half(in);
+    store(out, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
     const int others = _mm_movemask_epi8(bytes);
     const int run = others == 0 ? 8 : __builtin_ctz(static_cast<unsigned>(others));
     in += run;
@@ -65,19 +87,71 @@ inline void widen(const unsigned char*& in, const unsigned char* end, wide_char*
   }
 }
 
-// Eight units at a time.
+// Two bits for each unit that is ASCII.
+inline unsigned ascii_units(__m128i units) {
+  const __m128i others = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(others, _mm_setzero_si128())));
+}
+
+// Sixteen units at a time, then eight.
 inline void narrow(const wide_char*& in, const wide_char* end, char*& out) {
-  const __m128i not_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
+  for (; end - in >= 16; in += 16, out += 16) {
+    const __m128i first = load(in), second = load(in + 8);
+    if (ascii_units(_mm_or_si128(first, second)) != 0xFFFF) break;
+    store(out, _mm_packus_epi16(first, second));
+  }
   while (end - in >= 8) {
-    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-    const __m128i is_ascii = _mm_cmpeq_epi16(_mm_and_si128(units, not_ascii), _mm_setzero_si128());
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(units, units));
-    const unsigned others = static_cast<unsigned>(_mm_movemask_epi8(is_ascii)) ^ 0xFFFF;
+    const __m128i units = load(in);
+    store_half(out, _mm_packus_epi16(units, units));
+    const unsigned others = ascii_units(units) ^ 0xFFFF;
     const int run = others == 0 ? 8 : __builtin_ctz(others) / 2;
     in += run;
     out += run;
     if (others != 0) return;
   }
+}
+
+// Convert a whole short text by two blocks, which overlap unless they are full. False, with
+// anything in the output, for a text that isn't ASCII, or whose length is beyond that.
+inline bool widen_short(const unsigned char* in, std::size_t size, wide_char* out) {
+  if (size > 32) return false;
+  if (size >= 16) {
+    const __m128i first = load(in), last = load(in + size - 16);
+    store_widened(out, first);
+    store_widened(out + size - 16, last);
+    return is_ascii(_mm_or_si128(first, last));
+  }
+  const __m128i zero = _mm_setzero_si128();
+  if (size >= 8) {
+    const __m128i first = load_half(in), last = load_half(in + size - 8);
+    store(out, _mm_unpacklo_epi8(first, zero));
+    store(out + size - 8, _mm_unpacklo_epi8(last, zero));
+    return is_ascii(_mm_or_si128(first, last));
+  }
+  if (size < 4) return false;
+  int first_bytes, last_bytes;
+  std::memcpy(&first_bytes, in, sizeof first_bytes);
+  std::memcpy(&last_bytes, in + size - 4, sizeof last_bytes);
+  const __m128i first = _mm_cvtsi32_si128(first_bytes), last = _mm_cvtsi32_si128(last_bytes);
+  store_half(out, _mm_unpacklo_epi8(first, zero));
+  store_half(out + size - 4, _mm_unpacklo_epi8(last, zero));
+  return is_ascii(_mm_or_si128(first, last));
+}
+
+inline bool narrow_short(const wide_char* in, std::size_t size, char* out) {
+  if (size > 16 || size < 4) return false;
+  if (size >= 8) {
+    const __m128i first = load(in), last = load(in + size - 8);
+    store_half(out, _mm_packus_epi16(first, first));
+    store_half(out + size - 8, _mm_packus_epi16(last, last));
+    return ascii_units(_mm_or_si128(first, last)) == 0xFFFF;
+  }
+  const __m128i first = load_half(in), last = load_half(in + size - 4);
+  const int first_bytes = _mm_cvtsi128_si32(_mm_packus_epi16(first, first));
+  const int last_bytes = _mm_cvtsi128_si32(_mm_packus_epi16(last, last));
+  std::memcpy(out, &first_bytes, sizeof first_bytes);
+  std::memcpy(out + size - 4, &last_bytes, sizeof last_bytes);
+  return ascii_units(_mm_or_si128(first, last)) == 0xFFFF;
 }
 
 #else
@@ -89,6 +163,10 @@ inline void widen(const unsigned char*& in, const unsigned char* end, wide_char*
 inline void narrow(const wide_char*& in, const wide_char* end, char*& out) {
   narrow_wordwise(in, end, out);
 }
+
+inline bool widen_short(const unsigned char*, std::size_t, wide_char*) { return false; }
+
+inline bool narrow_short(const wide_char*, std::size_t, char*) { return false; }
 
 #endif
 

@@ -8,6 +8,9 @@ using byte = unsigned char;
 
 constexpr wide_char replacement = 0xFFFD;
 
+// A shorter rest is faster one by one.
+constexpr std::ptrdiff_t shortest_run = 8;
+
 bool is_continuation(byte b) { return (b & 0xC0) == 0x80; }
 bool is_high_surrogate(wide_char u) { return (u & 0xFC00) == 0xD800; }
 bool is_low_surrogate(wide_char u) { return (u & 0xFC00) == 0xDC00; }
@@ -112,24 +115,37 @@ char32_t take_code_point(const wide_char*& in, const wide_char* end) {
 
 std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out) {
   const auto* in = reinterpret_cast<const byte*>(text);
+  if (ascii_runs::widen_short(in, length, out)) return length;
   const byte* const end = in + length;
   const wide_char* const start = out;
   while (in < end) {
-    // A run is worth looking for only where one begins. Scripts of three bytes come in runs too.
-    if (*in < 0x80) ascii_runs::widen(in, end, out);
-    while (in < end && is_three_bytes(in, end)) put_three_bytes(in, out);
-    if (in < end) convert_sequence(in, end, out);
+    if (*in < 0x80) {
+      if (end - in >= shortest_run) ascii_runs::widen(in, end, out);
+      while (in < end && *in < 0x80) *out++ = *in++;
+    } else if (is_three_bytes(in, end)) {
+      // Scripts of three bytes come in runs too.
+      do {
+        put_three_bytes(in, out);
+      } while (in < end && is_three_bytes(in, end));
+    } else {
+      convert_sequence(in, end, out);
+    }
   }
   return static_cast<std::size_t>(out - start);
 }
 
 std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out) {
+  if (ascii_runs::narrow_short(text, length, out)) return length;
   const wide_char* in = text;
   const wide_char* const end = in + length;
   const char* const start = out;
   while (in < end) {
-    if (*in < 0x80) ascii_runs::narrow(in, end, out);
-    if (in < end) put_code_point(take_code_point(in, end), out);
+    if (*in < 0x80) {
+      if (end - in >= shortest_run) ascii_runs::narrow(in, end, out);
+      while (in < end && *in < 0x80) put(out, *in++);
+    } else {
+      put_code_point(take_code_point(in, end), out);
+    }
   }
   return static_cast<std::size_t>(out - start);
 }
