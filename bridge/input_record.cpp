@@ -1,5 +1,16 @@
 #include "bridge/input_record.h"
 
+#include <cstring>
+
+namespace {
+
+// The comparison of wide texts in the library goes unit by unit.
+bool is_same(wide_view a, wide_view b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(wide_char)) == 0;
+}
+
+}  // namespace
+
 void store_input_record(const input_record& record, text_map::filler& bag) {
   for (const std::size_t index : input_fields_by_bag_key) {
     const input_field& field = input_fields[index];
@@ -14,9 +25,12 @@ input_record load_input_record(const propsW_t& bag) {
   const text_map::pair* pair = map.begin();
   for (const std::size_t index : input_fields_by_bag_key) {
     const input_field& field = input_fields[index];
-    int order = -1;
-    while (pair != map.end() && (order = pair->key_text().compare(field.bag_key)) < 0) ++pair;
-    if (order == 0) record.*field.member = (pair++)->value_text();
+    // Most bags have just these keys.
+    if (pair != map.end() && !is_same(pair->key_text(), field.bag_key)) {
+      while (pair != map.end() && pair->key_text() < field.bag_key) ++pair;
+    }
+    if (pair == map.end()) break;
+    if (is_same(pair->key_text(), field.bag_key)) record.*field.member = (pair++)->value_text();
   }
   return record;
 }

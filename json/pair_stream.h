@@ -2,31 +2,59 @@
 // comma. Brackets come when the container is closed.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
+// A text that grows at its end. Unlike a string it gives room without clearing it first.
 class pair_stream {
  public:
-  const std::string& str() const { return text_; }
+  // Good until something is added.
+  std::string_view str() const { return {text_.get(), size_}; }
 
-  // For whoever writes into the text where it lies.
-  std::string& text() { return text_; }
+  // Where the next bytes go: room for `size` of them. They count once they have been kept.
+  char* room(std::size_t size) {
+    if (size > capacity_ - size_) grow(size);
+    return text_.get() + size_;
+  }
+
+  // The first bytes of the room become part of the text.
+  void keep(std::size_t size) { size_ += size; }
+
+  // Takes the last byte away, if it is this one.
+  void drop_last(char c) {
+    if (size_ > 0 && text_[size_ - 1] == c) --size_;
+  }
 
   pair_stream& operator<<(std::string_view text) {
-    text_.append(text);
+    if (!text.empty()) std::memcpy(room(text.size()), text.data(), text.size());
+    keep(text.size());
     return *this;
   }
   pair_stream& operator<<(char c) {
-    text_.push_back(c);
+    *room(1) = c;
+    keep(1);
     return *this;
   }
   // In decimal, whatever the locale.
-  pair_stream& operator<<(std::int32_t value) {
-    text_.append(std::to_string(value));
-    return *this;
-  }
+  pair_stream& operator<<(std::int32_t value) { return *this << std::to_string(value); }
 
  private:
-  std::string text_;
+  // Holds most notifications about a page of one input.
+  static constexpr std::size_t first_capacity = 1000;
+
+  void grow(std::size_t size) {
+    const std::size_t capacity = std::max({first_capacity, 2 * capacity_, size_ + size});
+    std::unique_ptr<char[]> larger(new char[capacity]);
+    if (size_ > 0) std::memcpy(larger.get(), text_.get(), size_);
+    text_ = std::move(larger);
+    capacity_ = capacity;
+  }
+
+  std::unique_ptr<char[]> text_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
 };

@@ -17,16 +17,20 @@ inline bool interrupts_text(char c) {
 
 // Eight bytes at once, on any processor: the top bit of each byte that interrupts, and no other.
 // The sums never go beyond their byte.
-inline std::uint64_t interrupting_tops(const char* at) {
+inline std::uint64_t interrupting_tops(std::uint64_t word) {
   constexpr std::uint64_t ones = 0x0101010101010101;
   constexpr std::uint64_t tops = 0x80 * ones;
-  std::uint64_t word = 0;
-  std::memcpy(&word, at, sizeof word);
   const std::uint64_t low = word & ~tops;
   const std::uint64_t not_quote = (low ^ ones * '"') + 0x7F * ones;
   const std::uint64_t not_backslash = (low ^ ones * '\\') + 0x7F * ones;
   const std::uint64_t not_control = low + 0x60 * ones;
   return ~((not_quote & not_backslash & not_control) | word) & tops;
+}
+
+inline std::uint64_t interrupting_tops(const char* at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  return interrupting_tops(word);
 }
 
 // Sixteen bytes at once, a bit for each, the first one lowest. The multiplication gathers the top
@@ -71,7 +75,8 @@ inline bool is_plain_window(const char* at) {
 }
 #endif
 
-// Whether no byte of a text of known length interrupts it. The last block overlaps the one before.
+// Whether no byte of a text of known length interrupts it. The last block overlaps the one before,
+// and a short text is spread over one word, some bytes twice.
 inline bool is_plain_text(const char* at, std::size_t size) {
   const char* const end = at + size;
   if (size >= 16) {
@@ -81,6 +86,12 @@ inline bool is_plain_text(const char* at, std::size_t size) {
     return interrupting_bits(end - 16) == 0;
   }
   if (size >= 8) return (interrupting_tops(at) | interrupting_tops(end - 8)) == 0;
-  while (at != end && !interrupts_text(*at)) ++at;
-  return at == end;
+  if (size >= 4) {
+    std::uint32_t halves[2];
+    std::memcpy(&halves[0], at, 4);
+    std::memcpy(&halves[1], end - 4, 4);
+    return interrupting_tops(halves[0] | std::uint64_t{halves[1]} << 32) == 0;
+  }
+  return size == 0 ||
+         (!interrupts_text(at[0]) && !interrupts_text(at[size / 2]) && !interrupts_text(end[-1]));
 }

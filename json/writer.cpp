@@ -1,6 +1,7 @@
 #include "json/writer.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "json/plain_text.h"
 #include "platform/platform.h"
@@ -11,39 +12,48 @@ namespace {
 // Bytes that a string literal can't hold as they are. NUL isn't among them: it passes unchanged.
 bool needs_escape(char c) { return c == '"' || c == '\\' || (c >= 1 && c <= 31); }
 
-void put_escaped(std::string& out, char c) {
+constexpr std::size_t longest_escape = 6;
+
+// Gives the position behind what it has written.
+char* put_escaped(char* out, char c) {
   constexpr char hex[] = "0123456789ABCDEF";
+  const auto put_pair = [&](char second) {
+    *out++ = '\\';
+    *out++ = second;
+  };
   switch (c) {
     case '\b':
-      out += "\\b";
+      put_pair('b');
       break;
     case '\t':
-      out += "\\t";
+      put_pair('t');
       break;
     case '\n':
-      out += "\\n";
+      put_pair('n');
       break;
     case '\f':
-      out += "\\f";
+      put_pair('f');
       break;
     case '\r':
-      out += "\\r";
+      put_pair('r');
       break;
     case '"':
     case '/':
     case '\\':
-      out += '\\';
-      out += c;
+      put_pair(c);
       break;
     default:
-      if (needs_escape(c)) {
-        out += "\\u00";
-        out += hex[c >> 4];
-        out += hex[c & 15];
-      } else {
-        out += c;
+      if (!needs_escape(c)) {
+        *out++ = c;
+        break;
       }
+      put_pair('u');
+      *out++ = '0';
+      *out++ = '0';
+      *out++ = hex[c >> 4];
+      *out++ = hex[c & 15];
   }
+  return out;
 }
 
 // Whether the text is a literal as it stands. A NUL isn't plain to the scan, but to the writer it
@@ -53,76 +63,100 @@ bool is_literal(std::string_view text) {
          std::none_of(text.begin(), text.end(), needs_escape);
 }
 
-void put_literal(std::string& out, std::string_view text) {
-  out += '"';
+// Requires room for the text and two quotes.
+char* put_quoted(char* out, std::string_view text) {
+  *out++ = '"';
+  if (!text.empty()) std::memcpy(out, text.data(), text.size());
+  out += text.size();
+  *out++ = '"';
+  return out;
+}
+
+void put_literal(pair_stream& stream, std::string_view text) {
   if (is_literal(text)) {
-    out += text;
-  } else {
-    for (const char c : text) put_escaped(out, c);
+    put_quoted(stream.room(text.size() + 2), text);
+    stream.keep(text.size() + 2);
+    return;
   }
-  out += '"';
+  char* const start = stream.room(longest_escape * text.size() + 2);
+  char* out = start;
+  *out++ = '"';
+  for (const char c : text) out = put_escaped(out, c);
+  *out++ = '"';
+  stream.keep(static_cast<std::size_t>(out - start));
 }
 
-// The members of a stream, without their last comma, between brackets.
-void put_closed(std::string& out, char opening, const std::string& members, char closing) {
-  out += opening;
-  if (!members.empty()) out.append(members, 0, members.size() - 1);
-  out += closing;
+// The members of a stream, without their last comma.
+std::string_view members_of(const pair_stream& stream) {
+  const std::string_view members = stream.str();
+  return members.substr(0, members.size() - (members.empty() ? 0 : 1));
 }
 
-std::string closed(char opening, const std::string& members, char closing) {
+std::string closed(char opening, const pair_stream& stream, char closing) {
+  const std::string_view members = members_of(stream);
   std::string text;
   text.reserve(members.size() + 2);
-  put_closed(text, opening, members, closing);
+  text += opening;
+  text += members;
+  text += closing;
   return text;
 }
 
-void put_key(pair_stream& stream, std::string_view key) {
-  put_literal(stream.text(), key);
-  stream << ':';
+pair_stream& put_key(pair_stream& stream, std::string_view key) {
+  put_literal(stream, key);
+  return stream << ':';
 }
 
 pair_stream& put_container(pair_stream& stream, std::string_view key, char opening,
                            const pair_stream& inner, char closing) {
-  put_key(stream, key);
-  put_closed(stream.text(), opening, inner.str(), closing);
-  return stream << ',';
+  return put_key(stream, key) << opening << members_of(inner) << closing << ',';
 }
 
-// Most texts are short; their conversion needs no memory of its own.
-constexpr std::size_t short_units = 170;
 constexpr std::size_t most_bytes_of_a_unit = 3;
+
+// Longer texts are converted in memory of their own.
+constexpr std::size_t short_units = 170;
+
+// Most texts are short and need no escape: both are converted to where they are to stay. False,
+// with the stream as it was, for others.
+bool put_plain_pair(pair_stream& stream, std::string_view key, wide_view value) {
+  if (value.size() > short_units || !is_plain_text(key.data(), key.size())) return false;
+  constexpr std::size_t marks = 6;
+  char* const start = stream.room(key.size() + most_bytes_of_a_unit * value.size() + marks);
+  char* out = put_quoted(start, key);
+  *out++ = ':';
+  *out++ = '"';
+  const auto units = static_cast<std::uint32_t>(value.size());
+  const std::size_t made = platform::utf16_to_utf8(value.data(), units, out);
+  if (made == 0 || !is_plain_text(out, made)) return false;
+  out += made;
+  *out++ = '"';
+  *out++ = ',';
+  stream.keep(static_cast<std::size_t>(out - start));
+  return true;
+}
 
 }  // namespace
 
 pair_stream& json_put_int(pair_stream& stream, std::string_view key, std::int32_t value) {
-  put_key(stream, key);
-  return stream << value << ',';
+  return put_key(stream, key) << value << ',';
 }
 
 pair_stream& json_put_string(pair_stream& stream, std::string_view key, std::string_view value) {
-  put_key(stream, key);
-  put_literal(stream.text(), value);
+  put_literal(put_key(stream, key), value);
   return stream << ',';
 }
 
 pair_stream& json_put_null(pair_stream& stream, std::string_view key) {
-  put_key(stream, key);
-  return stream << "null,";
+  return put_key(stream, key) << "null,";
 }
 
 pair_stream& json_put_wide(pair_stream& stream, std::string_view key, wide_view value) {
   if (value.empty()) return json_put_string(stream, key, {});
-  if (value.size() > short_units) {
-    std::string narrow;
-    if (!wide_to_utf8(narrow, value)) return json_put_null(stream, key);
-    return json_put_string(stream, key, narrow);
-  }
-  char narrow[short_units * most_bytes_of_a_unit];
-  const auto units = static_cast<std::uint32_t>(value.size());
-  const std::string_view text(narrow, platform::utf16_to_utf8(value.data(), units, narrow));
-  if (text.empty()) return json_put_null(stream, key);
-  return json_put_string(stream, key, text.substr(0, text.find('\0')));
+  if (put_plain_pair(stream, key, value)) return stream;
+  std::string narrow;
+  if (!wide_to_utf8(narrow, value)) return json_put_null(stream, key);
+  return json_put_string(stream, key, narrow);
 }
 
 pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner) {
@@ -134,26 +168,22 @@ pair_stream& json_put_array(pair_stream& stream, std::string_view key, const pai
 }
 
 pair_stream& json_begin(pair_stream& stream, std::string_view key, char bracket) {
-  put_key(stream, key);
-  return stream << bracket;
+  return put_key(stream, key) << bracket;
 }
 
 pair_stream& json_begin(pair_stream& stream, char bracket) { return stream << bracket; }
 
 pair_stream& json_end(pair_stream& stream, char bracket) {
-  std::string& text = stream.text();
-  if (text.back() == ',') text.pop_back();
+  stream.drop_last(',');
   return stream << bracket << ',';
 }
 
 std::string json_quote(std::string_view text) {
-  std::string out;
-  // Two quotes, and two bytes for every byte of the text; only the rare \u escapes are longer.
-  out.reserve((is_literal(text) ? 1 : 2) * text.size() + 3);
-  put_literal(out, text);
-  return out;
+  pair_stream stream;
+  put_literal(stream, text);
+  return std::string(stream.str());
 }
 
-std::string json_close_object(const pair_stream& stream) { return closed('{', stream.str(), '}'); }
+std::string json_close_object(const pair_stream& stream) { return closed('{', stream, '}'); }
 
-std::string json_close_array(const pair_stream& stream) { return closed('[', stream.str(), ']'); }
+std::string json_close_array(const pair_stream& stream) { return closed('[', stream, ']'); }
