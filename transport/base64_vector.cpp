@@ -9,10 +9,6 @@
 
 namespace {
 
-// Asked once, at start: the baseline of the architecture lacks the byte shuffle.
-const bool has_byte_shuffle = __builtin_cpu_supports("ssse3") != 0;
-const bool has_wide_byte_shuffle = __builtin_cpu_supports("avx2") != 0;
-
 #define CFHOST_SSSE3 [[gnu::target("ssse3")]]
 #define CFHOST_AVX2 [[gnu::target("avx2")]]
 
@@ -205,26 +201,33 @@ constexpr std::size_t shortest_wide = 64;
 
 }  // namespace
 
+// The baseline of the architecture lacks the byte shuffle.
+int base64_vector_width = __builtin_cpu_supports("avx2")    ? 32
+                          : __builtin_cpu_supports("ssse3") ? 16
+                                                            : 0;
+
 base64_progress base64_decode_vector(const char* source, std::size_t size, char* destination,
                                      std::size_t room) {
-  if (!has_byte_shuffle) return {};
+  if (base64_vector_width == 0) return {};
   base64_progress done;
-  if (has_wide_byte_shuffle && size >= shortest_wide) {
+  if (base64_vector_width == 32 && size >= shortest_wide) {
     done = decode_wide(source, size, destination, room);
   }
   return decode(source, size, destination, room, done);
 }
 
 base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination) {
-  if (!has_byte_shuffle) return {};
+  if (base64_vector_width == 0) return {};
   base64_progress done;
-  if (has_wide_byte_shuffle && size >= shortest_wide) {
+  if (base64_vector_width == 32 && size >= shortest_wide) {
     done = encode_wide(source, size, destination);
   }
   return encode(source, size, destination, done);
 }
 
 #else
+
+int base64_vector_width = 0;
 
 base64_progress base64_decode_vector(const char*, std::size_t, char*, std::size_t) { return {}; }
 

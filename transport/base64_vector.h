@@ -1,8 +1,12 @@
-// Base64 on sixteen characters at a time, where the processor can do it. Both functions handle what
-// they can of the start of their input and leave the rest to the plain code.
+// Base64 on 16 or 32 characters at a time, where the processor can do it. Both functions handle
+// what they can of the start of their input and leave the rest to the plain code.
 #pragma once
 
 #include <cstddef>
+
+// The widest steps to take: 32, 16 or, for none, 0. What the processor can do, asked once, at
+// start. Tests set less, to see the same results.
+extern int base64_vector_width;
 
 struct base64_progress {
   std::size_t read = 0;     // bytes of the source that have been dealt with

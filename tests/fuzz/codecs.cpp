@@ -9,6 +9,7 @@
 #include "platform/linux/ascii_runs.h"
 #include "tests/fuzz/fuzzing.h"
 #include "transport/base64.h"
+#include "transport/base64_vector.h"
 #include "transport/text.h"
 
 namespace {
@@ -144,9 +145,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::vector<char> bytes(data, data + size);
   std::vector<wide_char> units(size / 2);
   std::memcpy(units.data(), data, size / 2 * 2);
-  for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room);
-  check_decoding_in_place(bytes);
-  check_encoder(bytes);
+  static const int best = base64_vector_width;
+  for (const int width : {0, 16, 32}) {
+    base64_vector_width = std::min(width, best);
+    for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room);
+    check_decoding_in_place(bytes);
+    check_encoder(bytes);
+  }
   check_text_scan(bytes);
   check_widening(bytes);
   check_narrowing(units);
