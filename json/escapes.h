@@ -10,7 +10,7 @@
 inline constexpr std::uint8_t no_digit = 0xFF;
 
 // The values of hexadecimal digits; `no_digit` for all other bytes.
-constexpr std::array<std::uint8_t, 256> make_hex_digits() {
+consteval std::array<std::uint8_t, 256> make_hex_digits() {
   std::array<std::uint8_t, 256> digits{};
   for (auto& digit : digits) digit = no_digit;
   for (std::uint8_t i = 0; i < 10; ++i) digits[std::size_t{'0'} + i] = i;
@@ -24,7 +24,7 @@ inline constexpr std::array<std::uint8_t, 256> hex_digits = make_hex_digits();
 inline std::uint8_t hex_digit(char c) { return hex_digits[static_cast<unsigned char>(c)]; }
 
 // What the one-letter escapes stand for; NUL for all other bytes.
-constexpr std::array<char, 256> make_escaped_characters() {
+consteval std::array<char, 256> make_escaped_characters() {
   std::array<char, 256> characters{};
   for (const char same : {'"', '\\', '/'}) characters[static_cast<std::size_t>(same)] = same;
   characters['b'] = '\b';

@@ -12,7 +12,7 @@ constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxy
 constexpr std::uint8_t foreign = 0xFF;
 
 // The six bits of each byte of the alphabet; `foreign` for all others.
-constexpr std::array<std::uint8_t, 256> make_values() {
+consteval std::array<std::uint8_t, 256> make_values() {
   std::array<std::uint8_t, 256> values{};
   for (auto& value : values) value = foreign;
   for (std::uint8_t i = 0; i < 64; ++i) values[static_cast<unsigned char>(alphabet[i])] = i;
