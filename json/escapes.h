@@ -26,7 +26,7 @@ inline std::uint8_t hex_digit(char c) { return hex_digits[static_cast<unsigned c
 // What the one-letter escapes stand for; NUL for all other bytes.
 consteval std::array<char, 256> make_escaped_characters() {
   std::array<char, 256> characters{};
-  for (const char same : {'"', '\\', '/'}) characters[static_cast<std::size_t>(same)] = same;
+  for (const char same : {'"', '\\', '/'}) characters[static_cast<unsigned char>(same)] = same;
   characters['b'] = '\b';
   characters['f'] = '\f';
   characters['n'] = '\n';
@@ -43,7 +43,7 @@ inline char escaped_character(char letter) {
 // Two words that overlap, and so cover all lengths from one word to two.
 template <class Word>
 void move_ends(char* out, const char* from, std::size_t length) {
-  Word first, last;
+  Word first{}, last{};
   std::memcpy(&first, from, sizeof first);
   std::memcpy(&last, from + length - sizeof last, sizeof last);
   std::memcpy(out, &first, sizeof first);

@@ -17,7 +17,7 @@ class pair_stream {
 
   // Where the next bytes go: room for `size` of them. They count once they have been kept.
   char* room(std::size_t size) {
-    if (size > capacity_ - size_) grow(size);
+    if (text_ == nullptr || size > capacity_ - size_) grow(size);
     return text_.get() + size_;
   }
 

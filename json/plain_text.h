@@ -87,7 +87,7 @@ inline bool is_plain_text(const char* at, std::size_t size) {
   }
   if (size >= 8) return (interrupting_tops(at) | interrupting_tops(end - 8)) == 0;
   if (size >= 4) {
-    std::uint32_t halves[2];
+    std::uint32_t halves[2] = {};
     std::memcpy(&halves[0], at, 4);
     std::memcpy(&halves[1], end - 4, 4);
     return interrupting_tops(halves[0] | std::uint64_t{halves[1]} << 32) == 0;

@@ -129,7 +129,7 @@ inline bool widen_short(const unsigned char* in, std::size_t size, wide_char* ou
     return is_ascii(_mm_or_si128(first, last));
   }
   if (size < 4) return false;
-  int first_bytes, last_bytes;
+  int first_bytes = 0, last_bytes = 0;
   std::memcpy(&first_bytes, in, sizeof first_bytes);
   std::memcpy(&last_bytes, in + size - 4, sizeof last_bytes);
   const __m128i first = _mm_cvtsi32_si128(first_bytes), last = _mm_cvtsi32_si128(last_bytes);
