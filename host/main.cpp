@@ -3,7 +3,6 @@
 // standard output.
 
 #include <chrono>
-#include <cstdio>
 #include <string>
 
 #include "bridge/agent_observer.h"
@@ -34,12 +33,9 @@ bool serve_message() {
   return true;
 }
 
-// The host may wait long for the next message. What is left of this one goes first.
+// The host may wait long for the next message. What is left of this one on the stack goes first.
 void serve_input() {
-  while (serve_message()) {
-    platform::wipe_read_bytes(stdin);
-    platform::wipe_stack();
-  }
+  while (serve_message()) platform::wipe_stack();
 }
 
 exit_value run() {

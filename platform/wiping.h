@@ -16,7 +16,7 @@ void free_wiped(void* block);
 // What those calls keep in variables must be out of use.
 void wipe_stack();
 
-// Overwrite what the buffer of a stream keeps of bytes that are through: of an input those that
+// Overwrite what the buffer of a stream keeps of bytes that are through: of an input all that
 // have been read, of an output that has just been flushed the last `size`. While they run nobody
 // may use the stream.
 void wipe_read_bytes(std::FILE* input);

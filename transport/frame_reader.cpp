@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/diagnostics.h"
+#include "platform/wiping.h"
 #include "transport/frame_format.h"
 #include "transport/reassembly.h"
 
@@ -50,6 +51,8 @@ std::int32_t read_message(std::string& message, std::FILE* input) {
     }
     const std::size_t actual_read = read_bytes(ibuf.get(), i_len, input);
     ibuf[actual_read] = '\0';
+    // Frames that make no message, or not yet, may be the last ones for long.
+    platform::wipe_read_bytes(input);
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
                static_cast<int>(std::strlen(ibuf.get())));

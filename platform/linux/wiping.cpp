@@ -31,6 +31,8 @@ void free_wiped(void* block) {
 void wipe_read_bytes(std::FILE* input) {
   if (input->_IO_buf_base == nullptr) return;
   wipe(input->_IO_buf_base, static_cast<std::size_t>(input->_IO_read_ptr - input->_IO_buf_base));
+  // What was read before the buffer was last filled, by fewer bytes.
+  wipe(input->_IO_read_end, static_cast<std::size_t>(input->_IO_buf_end - input->_IO_read_end));
 }
 
 void wipe_sent_bytes(std::FILE* output, std::size_t size) {

@@ -32,6 +32,9 @@ void free_wiped(void* block) {
 void wipe_read_bytes(std::FILE* input) {
   if (input->_base == nullptr) return;
   wipe(input->_base, static_cast<std::size_t>(input->_ptr - input->_base));
+  // What was read before the buffer was last filled, by fewer bytes.
+  char* const unread_end = input->_ptr + std::max(input->_cnt, 0);
+  wipe(unread_end, static_cast<std::size_t>(input->_base + input->_bufsiz - unread_end));
 }
 
 void wipe_sent_bytes(std::FILE* output, std::size_t size) {
