@@ -55,8 +55,10 @@ class text_scan {
     const char* block = window_;
     for (; end_ - block >= 15; block += 16, place += 16) bits |= bits_of(block, place);
     if (block > end_) return bits;
-    const char* const last = end_ - 15;
-    if (last >= text_) return bits | bits_of(last, 0) >> (block - last) << place;
+    if (end_ - text_ >= 15) {
+      const char* const last = end_ - 15;
+      return bits | bits_of(last, 0) >> (block - last) << place;
+    }
     for (; block <= end_; ++block, ++place) {
       if (interrupts_text(*block)) bits |= std::uint64_t{1} << place;
     }

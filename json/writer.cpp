@@ -13,6 +13,7 @@ namespace {
 bool needs_escape(char c) { return c == '"' || c == '\\' || (c >= 1 && c <= 31); }
 
 constexpr std::size_t longest_escape = 6;
+constexpr std::size_t escaped_step = 512;
 
 // Gives the position behind what it has written.
 char* put_escaped(char* out, char c) {
@@ -78,12 +79,15 @@ void put_literal(pair_stream& stream, std::string_view text) {
     stream.keep(text.size() + 2);
     return;
   }
-  char* const start = stream.room(longest_escape * text.size() + 2);
-  char* out = start;
-  *out++ = '"';
-  for (const char c : text) out = put_escaped(out, c);
-  *out++ = '"';
-  stream.keep(static_cast<std::size_t>(out - start));
+  stream << '"';
+  // In steps: room for a long text all of escapes would be too much to ask for.
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), escaped_step))) {
+    char* const start = stream.room(longest_escape * escaped_step);
+    char* out = start;
+    for (const char c : text.substr(0, escaped_step)) out = put_escaped(out, c);
+    stream.keep(static_cast<std::size_t>(out - start));
+  }
+  stream << '"';
 }
 
 // The members of a stream, without their last comma.
