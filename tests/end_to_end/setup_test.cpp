@@ -211,6 +211,14 @@ TEST(setup, doctor_names_each_fault) {
   }
 }
 
+TEST(setup, gives_a_terminal_no_commands_of_a_manifest) {
+  machine m;
+  changed("\"path\":\"", "\"path\":\"\\u001b[2J")(m);
+  const std::string text = m.run({"doctor"}).text;
+  EXPECT_EQ(text.find('\x1b'), std::string::npos) << text;
+  EXPECT_NE(text.find("\\u001b[2J"), std::string::npos) << text;
+}
+
 TEST(setup, repeats_itself_without_a_change_and_overwrites_no_other_host) {
   machine m;
   EXPECT_TRUE(m.install({"--dry-run"}).text.starts_with("Vivaldi: would write "));

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "json/writer.h"
+#include "tools/printable.h"
 
 namespace {
 
@@ -21,14 +22,15 @@ const char* name_of(severity weight) {
   return "";
 }
 
+// The texts quote manifests, which may be anybody's.
 std::string line_of(const report_entry& entry) {
   std::string line;
   if (*entry.browser != '\0') line.append(entry.browser).append(": ");
   if (entry.weight >= severity::warning) line.append(name_of(entry.weight)).append(": ");
-  line += entry.text;
+  line += printable_line(entry.text);
   if (entry.weight >= severity::warning) line.append(" [").append(entry.id).append("]");
   line += '\n';
-  if (!entry.advice.empty()) line.append("    ").append(entry.advice).append("\n");
+  if (!entry.advice.empty()) line.append("    ").append(printable_line(entry.advice)).append("\n");
   return line;
 }
 
