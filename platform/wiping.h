@@ -16,10 +16,10 @@ void free_wiped(void* block);
 // What those calls keep in variables must be out of use.
 void wipe_stack();
 
-// Overwrite what the buffer of a stream keeps of bytes that are through: of an input all that
-// have been read, of an output that has just been flushed the last `size`. While they run nobody
-// may use the stream.
-void wipe_read_bytes(std::FILE* input);
+// Overwrite what the buffer of a stream keeps of bytes that are through: of an input the last
+// `size` that have been read, of an output that has just been flushed the last `size` written.
+// While they run nobody may use the stream.
+void wipe_read_bytes(std::FILE* input, std::size_t size);
 void wipe_sent_bytes(std::FILE* output, std::size_t size);
 
 }  // namespace platform

@@ -52,7 +52,7 @@ std::int32_t read_message(std::string& message, std::FILE* input) {
     const std::size_t actual_read = read_bytes(ibuf.get(), i_len, input);
     ibuf[actual_read] = '\0';
     // Frames that make no message, or not yet, may be the last ones for long.
-    platform::wipe_read_bytes(input);
+    platform::wipe_read_bytes(input, header_read + actual_read);
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
                static_cast<int>(std::strlen(ibuf.get())));

@@ -16,6 +16,9 @@ namespace {
 
 using clock = std::chrono::steady_clock;
 
+// A pipe holds as much. Each read costs a call and wakes the writer.
+constexpr std::size_t input_buffer_size = std::size_t{64} * 1024;
+
 void make_waiting(int fd) {
   const int flags = fcntl(fd, F_GETFL);
   if (flags >= 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
@@ -89,6 +92,8 @@ void prepare_standard_streams() {
   std::signal(SIGXFSZ, SIG_IGN);
   make_waiting(STDOUT_FILENO);
   make_waiting(STDIN_FILENO);
+  static char input_buffer[input_buffer_size];
+  std::setvbuf(stdin, input_buffer, _IOFBF, sizeof input_buffer);
 }
 
 // While less than a page has been written since a pipe was ready, its page isn't full, and nothing

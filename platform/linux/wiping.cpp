@@ -28,10 +28,15 @@ void free_wiped(void* block) {
 
 // The fields of the stream are those that the C library's own macros once used; no function tells
 // where in its buffer a stream stands.
-void wipe_read_bytes(std::FILE* input) {
+void wipe_read_bytes(std::FILE* input, std::size_t size) {
   if (input->_IO_buf_base == nullptr) return;
-  wipe(input->_IO_buf_base, static_cast<std::size_t>(input->_IO_read_ptr - input->_IO_buf_base));
-  // What was read before the buffer was last filled, by fewer bytes.
+  const auto before = static_cast<std::size_t>(input->_IO_read_ptr - input->_IO_buf_base);
+  if (size <= before) {
+    wipe(input->_IO_read_ptr - size, size);
+    return;
+  }
+  // The buffer was filled in between. What it held before may go on behind what it holds now.
+  wipe(input->_IO_buf_base, before);
   wipe(input->_IO_read_end, static_cast<std::size_t>(input->_IO_buf_end - input->_IO_read_end));
 }
 

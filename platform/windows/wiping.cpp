@@ -29,11 +29,16 @@ void free_wiped(void* block) {
 
 // The fields of the stream are those that the runtime's own macros use; no function tells where in
 // its buffer a stream stands.
-void wipe_read_bytes(std::FILE* input) {
+void wipe_read_bytes(std::FILE* input, std::size_t size) {
   if (input->_base == nullptr) return;
-  wipe(input->_base, static_cast<std::size_t>(input->_ptr - input->_base));
-  // What was read before the buffer was last filled, by fewer bytes.
+  const auto before = static_cast<std::size_t>(input->_ptr - input->_base);
+  if (size <= before) {
+    wipe(input->_ptr - size, size);
+    return;
+  }
+  // The buffer was filled in between. What it held before may go on behind what it holds now.
   char* const unread_end = input->_ptr + std::max(input->_cnt, 0);
+  wipe(input->_base, before);
   wipe(unread_end, static_cast<std::size_t>(input->_base + input->_bufsiz - unread_end));
 }
 
