@@ -143,7 +143,8 @@ def as_picture(results):
         mark = left + min(wanted, 2) * scale
         out.append(f'<line x1="{mark:.1f}" x2="{mark:.1f}" y1="{y - 8}" y2="{y + 8}" '
                    'stroke="#1c2430" stroke-width="2"/>')
-        out.append(f'<text x="{left + length + 6:.1f}" y="{y + 4}" fill="#1c2430">{found["ours"]:.2f}</text>')
+        label = max(left + length, mark) + 6
+        out.append(f'<text x="{label:.1f}" y="{y + 4}" fill="#1c2430">{found["ours"]:.2f}</text>')
     return "\n".join(out + ["</svg>"]) + "\n"
 
 
