@@ -12,7 +12,7 @@ namespace {
 
 // Of the default size, as many as a page of four hundred inputs takes. They are wiped like all
 // memory that is given back, for numbers lie in the nodes.
-constinit thread_local spare_blocks<256> spare;
+constinit spare_blocks<256> spare;
 
 void* take_block(std::uint64_t size) {
   void* const kept = size == default_arena_block_size ? spare.take() : nullptr;

@@ -1,11 +1,12 @@
 // Blocks of one size that were given back, kept for whoever asks next. Pages follow each other and
 // ask for the same again, while the system's allocator keeps just a few of a size at hand.
 //
-// Each thread has its own.
+// Any thread may call at any time; one that finds another at it goes without. Not one for each
+// thread, since what a thread has of its own isn't safe to use at its end on every system.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
-#include <new>
 
 // The address sanitizer is to see each use of a block that was given back.
 #if defined(__SANITIZE_ADDRESS__)
@@ -21,24 +22,25 @@ inline constexpr bool keeps_blocks = true;
 template <std::size_t Capacity>
 class spare_blocks {
  public:
-  constexpr spare_blocks() = default;
-  ~spare_blocks() {
-    while (count_ > 0) ::operator delete(take());
-  }
-  spare_blocks(const spare_blocks&) = delete;
-  spare_blocks& operator=(const spare_blocks&) = delete;
-
   // A block that was kept, or null. It is the caller's now.
-  void* take() { return count_ > 0 ? blocks_[--count_] : nullptr; }
+  void* take() {
+    if (busy_.test_and_set(std::memory_order_acquire)) return nullptr;
+    void* const block = count_ > 0 ? blocks_[--count_] : nullptr;
+    busy_.clear(std::memory_order_release);
+    return block;
+  }
 
-  // Takes a block of operator new over. False if there is no place for it.
+  // Takes a block over. False if there is no place for it.
   bool keep(void* block) {
-    if (!keeps_blocks || count_ == Capacity) return false;
-    blocks_[count_++] = block;
-    return true;
+    if (!keeps_blocks || busy_.test_and_set(std::memory_order_acquire)) return false;
+    const bool fits = count_ < Capacity;
+    if (fits) blocks_[count_++] = block;
+    busy_.clear(std::memory_order_release);
+    return fits;
   }
 
  private:
+  std::atomic_flag busy_;
   std::size_t count_ = 0;
   void* blocks_[Capacity] = {};
 };
