@@ -1,11 +1,13 @@
 // What the agent sends up to the frames that the extension gets, through the real observer and
 // reply writer.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 
 #include "bridge/agent_observer.h"
+#include "messages/commands.h"
 #include "messages/records.h"
 #include "messages/website.h"
 #include "tests/fuzz/fuzzing.h"
@@ -15,6 +17,7 @@
 #include "tools/message_joiner.h"
 #include "tools/setup/strict_json.h"
 #include "transport/frame_format.h"
+#include "transport/text.h"
 
 namespace {
 
@@ -44,24 +47,91 @@ struct carrier final : iCfMsg {
   } npc;
 };
 
-// How many notifications went out, each of them whole.
-int count_notifications() {
+using texts = std::vector<std::string>;
+
+// The notifications that went out, each of them whole.
+texts sent_notifications() {
   frame_splitter splitter(max_output_size);
   message_joiner joiner;
   splitter.feed(output);
   std::string text, error;
   envelope e;
-  int count = 0;
+  texts all;
   while (const auto frame = splitter.next()) {
     require(read_envelope(*frame, e, error) && e.from_host, "an envelope can be read");
     const join_result result = joiner.add(e, text, error);
     require(result != join_result::refused, "pieces are numbered");
     if (result != join_result::complete) continue;
     require(text.starts_with("{\"") && !find_json_fault(text), "a notification is JSON");
-    ++count;
+    all.push_back(text);
   }
   require(splitter.complaint().empty() && joiner.unfinished() == 0, "all frames are whole");
-  return count;
+  return all;
+}
+
+std::string literal(wide_view text) {
+  const auto needs_escape = [](char c) { return (c >= 0 && c < 32) || c == '"' || c == '\\'; };
+  std::string narrow, out;
+  require(text.empty() || wide_to_utf8(narrow, text), "anything is narrowed");
+  const bool escaped = std::any_of(narrow.begin(), narrow.end(), needs_escape);
+  for (const char c : narrow) {
+    const std::size_t index = std::string_view("\b\t\n\f\r\"\\/").find(c);
+    if (escaped && index != std::string_view::npos) {
+      out.append("\\").push_back("btnfr\"\\/"[index]);
+    } else if (needs_escape(c)) {
+      out.append(c < 16 ? "\\u000" : "\\u001").push_back("0123456789ABCDEF"[c % 16]);
+    } else {
+      out += c;
+    }
+  }
+  return '"' + out + '"';
+}
+
+std::string pair(wide_view name, wide_view value) { return literal(name) + ':' + literal(value); }
+
+std::string plainly_rendered(const CfMsgWebsite& page) {
+  constexpr wide_view fields[][2] = {{u"name", u"name"},
+                                     {u"value", u"value"},
+                                     {u"type", u"type"},
+                                     {u"id", u"id"},
+                                     {u"readonly", u"readonly"},
+                                     {u"context", u"context"},
+                                     {u"form_context", u"form-context"},
+                                     {u"dbSchema", u"cf-schema"},
+                                     {u"dbvalue", u"cf-value"}};
+  std::string text = pair(u"sender", page.sender);
+  for (const text_map::pair& p : page.props.map()) {
+    text += ',' + pair(p.key_text(), p.value_text());
+  }
+  std::string inputs;
+  for (const propsW_t& bag : page.inputs) {
+    std::string input;
+    for (const auto& [name, key] : fields) input += ',' + pair(name, bag.get(key.data(), u""));
+    inputs += ",{" + input.substr(1) + '}';
+  }
+  return text + ",\"inputs\":[" + inputs.substr(inputs.empty() ? 0 : 1) + "],\"dbItems\":[]";
+}
+
+// What a payload of this type becomes: the notification's name and members.
+std::string plainly_notified(const std::string& payload) {
+  odd_stream form(payload);
+  wide_string type;
+  odd_stream(payload).readWide(type);
+  CfMsgWebsite page;
+  CfMsgOpenUrl link;
+  const char* name = nullptr;
+  if (type == u"msg::CfMsgOpenUrl") {
+    if (!link.read(form)) return {};
+    return "{\"coffer-open-url\":{" + pair(u"url", link.url) + ',' + pair(u"uuid", link.uuid) +
+           "}}";
+  }
+  if (type == u"msg::CfMsgWebsite") name = "coffer_info_update";
+  if (type == u"msg::CfMsgWebsiteRsp") name = "page_input_update";
+  if (type == u"msg::CfMsgWebsiteNavigate") name = "navigate_login";
+  if (name == nullptr) return {};
+  if (type != u"msg::CfMsgWebsite") (void)form.readWide();
+  if (!page.read(form)) return {};
+  return std::string("{\"") + name + "\":{" + plainly_rendered(page) + "}}";
 }
 
 }  // namespace
@@ -81,10 +151,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   carrier object(payload);
   require(agentObserver.notify(&object) == 0 && object.release() == 0, "one reference is taken");
 
-  CfMsgWebsite page;
-  odd_stream form(payload);
-  if (choice % 4 == 3) (void)form.readWide();
-  const int count = count_notifications();
-  require(count == 1 || (count == 0 && !page.read(form)), "a whole form gives one notification");
+  const std::string expected = plainly_notified(payload);
+  require(sent_notifications() == (expected.empty() ? texts{} : texts{expected}),
+          "a whole form becomes its notification");
   return 0;
 }
