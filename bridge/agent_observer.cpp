@@ -1,5 +1,6 @@
 #include "bridge/agent_observer.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -14,13 +15,23 @@
 
 namespace {
 
-// `render` puts the members of the notification into the stream.
+// Holds the settings of most users.
+constexpr std::size_t settings_size = 2000;
+
+// A payload may be longer than the form in it. Room is wiped when it is given back, used or not.
+constexpr std::size_t largest_guess = std::size_t{4} * 1024 * 1024;
+
+// `render` puts the members of the notification into the stream. It has room for `size` bytes from
+// the start, and takes more when it needs more.
 template <class Render>
-void send_notification(const char* name, Render render) {
+void send_notification(const char* name, std::size_t size, Render render) {
   pair_stream stream;
-  json_begin(stream, name, '{');
+  stream.room(size);
+  json_begin(json_begin(stream, '{'), name, '{');
   render(stream);
-  send_reply(json_close_object(json_end(stream, '}')));
+  json_end(json_end(stream, '}'), '}');
+  stream.drop_last(',');
+  send_reply(stream.str());
 }
 
 pair_stream& render_message(pair_stream& stream, const CfMsgWebsite& message) {
@@ -35,10 +46,13 @@ pair_stream& render_message(pair_stream& stream, const CfMsgOpenUrl& message) {
 // Reads the form at the stream's position, and sends it if it is whole.
 template <class Message>
 void forward(cfIStream& stream, const char* notification) {
+  // Wide text takes twice as much as its narrow form, which leaves room for names and marks.
+  const std::size_t size = std::min(stream.left(), largest_guess);
   auto* const message = new Message;
   message->addRef();
   if (message->read(stream)) {
-    send_notification(notification, [&](pair_stream& body) { render_message(body, *message); });
+    send_notification(notification, size,
+                      [&](pair_stream& body) { render_message(body, *message); });
   }
   message->release();
 }
@@ -89,13 +103,14 @@ void notify_carried(const void* npc) {
 }
 
 void notify_coffer_data(const void* data) {
-  send_notification("coffer-init-data", [&](pair_stream& body) { render_coffer_data(body, data); });
+  send_notification("coffer-init-data", settings_size,
+                    [&](pair_stream& body) { render_coffer_data(body, data); });
 }
 
 void notify_set_values(const void* values) {
   using namespace set_values_record;
   if (record_int(values, has_settings_offset) == 0) return;
-  send_notification("coffer-set-settings", [&](pair_stream& body) {
+  send_notification("coffer-set-settings", settings_size, [&](pair_stream& body) {
     render_settings(body, record_settings(values, settings_offset));
   });
 }

@@ -1,6 +1,7 @@
 // One form input on its way between JSON and a property bag, in either direction.
 #pragma once
 
+#include "json/writer.h"
 #include "messages/property_bag.h"
 
 // The texts lie in the memory of the bag that the record goes into or comes from.
@@ -19,7 +20,7 @@ struct input_record {
 // Where a field of the record stands in JSON and in a bag. The two vocabularies are independent.
 struct input_field {
   wide_view input_record::*member;
-  const char* json_key;
+  json_name json_key;
   wide_view bag_key;
 };
 

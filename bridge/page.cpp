@@ -9,7 +9,7 @@ namespace {
 
 struct page_string {
   wide_view page_record::*member;
-  const char* json_key;
+  json_name json_key;
 };
 
 constexpr page_string page_strings[] = {
@@ -100,7 +100,8 @@ bool take_field(const json_node& member, const Field (&fields)[Count], std::size
   for (std::size_t tried = 0; tried < Count; ++tried) {
     const Field& field = fields[next];
     next = next + 1 < Count ? next + 1 : 0;
-    if (take_string_member(member, field.json_key, record.*field.member, bag)) return true;
+    const char* const name = field.json_key.text().data();  // a literal, so it's terminated
+    if (take_string_member(member, name, record.*field.member, bag)) return true;
   }
   return false;
 }

@@ -11,7 +11,9 @@ namespace {
 void render_entries(pair_stream& stream, const text_map& entries) {
   std::string key;
   for (const text_map::pair& entry : entries) {
-    if (wide_to_utf8(key, entry.key_text())) json_put_wide(stream, key, entry.value_text());
+    if (wide_to_utf8(key, entry.key_text())) {
+      json_put_wide(stream, std::string_view(key), entry.value_text());
+    }
   }
 }
 

@@ -3,28 +3,23 @@
 #include <algorithm>
 #include <new>
 
-#include "json/spare_blocks.h"
-#include "platform/wiping.h"
+#include "host/spare_blocks.h"
 
 static_assert(sizeof(arena_block) % alignof(json_node) == 0);
+static_assert(default_arena_block_size == spare_block_size);
 
 namespace {
 
-// Of the default size, as many as a page of four hundred inputs takes. They are wiped like all
-// memory that is given back, for numbers lie in the nodes.
-constinit spare_blocks<256> spare;
-
-void* take_block(std::uint64_t size) {
-  void* const kept = size == default_arena_block_size ? spare.take() : nullptr;
-  return kept != nullptr ? kept : ::operator new(size);
+void* take_memory(std::uint64_t size) {
+  return size == default_arena_block_size ? take_block() : ::operator new(size);
 }
 
 void give_back(arena_block* block) {
   if (block->size == default_arena_block_size) {
-    platform::wipe(block, block->used);
-    if (spare.keep(block)) return;
+    give_block_back(block);
+  } else {
+    ::operator delete(block);
   }
-  ::operator delete(block);
 }
 
 }  // namespace
@@ -34,7 +29,7 @@ bool arena_add_block(node_arena& allocator) {
       std::max<std::uint64_t>(allocator.block_size, sizeof(arena_block) + sizeof(json_node));
   if (size > allocator.memory_left) return false;
   allocator.memory_left -= size;
-  void* const memory = take_block(size);
+  void* const memory = take_memory(size);
   allocator.head = new (memory)
       arena_block{size, sizeof(arena_block), static_cast<char*>(memory), allocator.head};
   return true;

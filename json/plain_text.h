@@ -11,7 +11,7 @@
 #endif
 
 // Quote, backslash, control characters and NUL.
-inline bool interrupts_text(char c) {
+constexpr bool interrupts_text(char c) {
   return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "json/plain_text.h"
 #include "platform/platform.h"
 #include "transport/text.h"
 
@@ -123,8 +122,10 @@ constexpr std::size_t short_units = 170;
 
 // Most texts are short and need no escape: both are converted to where they are to stay. False,
 // with the stream as it was, for others.
-bool put_plain_pair(pair_stream& stream, std::string_view key, wide_view value) {
-  if (value.size() > short_units || !is_plain_text(key.data(), key.size())) return false;
+bool put_plain_pair(pair_stream& stream, const json_name& name, wide_view value) {
+  const std::string_view key = name.text();
+  if (value.size() > short_units) return false;
+  if (!name.is_plain() && !is_plain_text(key.data(), key.size())) return false;
   constexpr std::size_t marks = 6;
   char* const start = stream.room(key.size() + most_bytes_of_a_unit * value.size() + marks);
   char* out = put_quoted(start, key);
@@ -155,12 +156,12 @@ pair_stream& json_put_null(pair_stream& stream, std::string_view key) {
   return put_key(stream, key) << "null,";
 }
 
-pair_stream& json_put_wide(pair_stream& stream, std::string_view key, wide_view value) {
-  if (value.empty()) return json_put_string(stream, key, {});
+pair_stream& json_put_wide(pair_stream& stream, const json_name& key, wide_view value) {
+  if (value.empty()) return json_put_string(stream, key.text(), {});
   if (put_plain_pair(stream, key, value)) return stream;
   std::string narrow;
-  if (!wide_to_utf8(narrow, value)) return json_put_null(stream, key);
-  return json_put_string(stream, key, narrow);
+  if (!wide_to_utf8(narrow, value)) return json_put_null(stream, key.text());
+  return json_put_string(stream, key.text(), narrow);
 }
 
 pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner) {

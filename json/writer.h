@@ -5,14 +5,36 @@
 #pragma once
 
 #include "json/pair_stream.h"
+#include "json/plain_text.h"
 #include "platform/wide.h"
+
+// A member's name. One that the program holds itself is looked at when the program is built, and
+// has to need no escape.
+class json_name {
+ public:
+  consteval json_name(const char* text) : text_(text), is_plain_(true) {
+    for (const char c : text_) {
+      if (interrupts_text(c)) name_needs_escape();
+    }
+  }
+  json_name(std::string_view text) : text_(text) {}
+
+  std::string_view text() const { return text_; }
+  bool is_plain() const { return is_plain_; }
+
+ private:
+  static void name_needs_escape();  // ends the compilation
+
+  std::string_view text_;
+  bool is_plain_ = false;
+};
 
 pair_stream& json_put_int(pair_stream& stream, std::string_view key, std::int32_t value);
 pair_stream& json_put_string(pair_stream& stream, std::string_view key, std::string_view value);
 pair_stream& json_put_null(pair_stream& stream, std::string_view key);
 
 // The UTF-8 form of `value`, or null when it can't be converted.
-pair_stream& json_put_wide(pair_stream& stream, std::string_view key, wide_view value);
+pair_stream& json_put_wide(pair_stream& stream, const json_name& key, wide_view value);
 
 // The members of `inner` as one object or array.
 pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner);

@@ -1,5 +1,17 @@
 #include "messages/property_bag.h"
 
+#include <algorithm>
+
+namespace {
+
+// The number that a list names, unless what is left of the payload can't hold as many.
+std::size_t likely_count(std::int32_t named, std::size_t bytes_left) {
+  const std::size_t possible = std::min(max_listed_bags, bytes_left / sizeof(wide_char));
+  return std::min(static_cast<std::size_t>(named), possible);
+}
+
+}  // namespace
+
 void propsW_t::destroy() { delete this; }
 
 bool propsW_t::empty() const { return map_.empty(); }
@@ -74,6 +86,7 @@ void readBagList(cfIStream& stream, std::vector<propsW_t>& list) {
   list.clear();
   std::int32_t count = 0;
   stream.readU32(count);
+  if (count > 0) list.reserve(likely_count(count, stream.left()));
   for (; count > 0; --count) {
     if (list.size() == max_listed_bags) return stream.fail();
     if (!readBag(stream, list.emplace_back())) return list.pop_back();

@@ -3,18 +3,30 @@
 #include <bit>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 static_assert(std::endian::native == std::endian::little,
               "fields go between memory and payload as they are");
 
 namespace {
 
-// Bytes in front of the first zero unit; beyond all whole units where there is none. Four units are
-// looked at in one word: the top bit of a unit shows in `zeros` if it becomes negative by one less,
-// and wasn't before. A borrow can only set bits above the lowest one found, so that one is exact.
+// Bytes in front of the first zero unit; beyond all whole units where there is none. Eight units
+// are looked at together where the processor can, or four in one word: the top bit of a unit shows
+// in `zeros` if it becomes negative by one less, and wasn't before. A borrow can only set bits
+// above the lowest one found, so that one is exact.
 std::ptrdiff_t zero_unit_offset(const unsigned char* bytes, std::ptrdiff_t size) {
   constexpr std::uint64_t ones = 0x0001000100010001;
   constexpr std::uint64_t tops = 0x8000800080008000;
   std::ptrdiff_t at = 0;
+#if defined(__SSE2__)
+  for (; size - at >= 16; at += 16) {
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
+    const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi16(units, _mm_setzero_si128()));
+    if (zeros != 0) return at + __builtin_ctz(static_cast<unsigned>(zeros));
+  }
+#endif
   for (; size - at >= 8; at += 8) {
     std::uint64_t word = 0;
     std::memcpy(&word, bytes + at, sizeof word);

@@ -34,6 +34,10 @@ class cfIStream {
   cfIStream& operator=(const cfIStream&) = delete;
 
   bool ok() const { return ok_; }
+
+  // Bytes that haven't been read.
+  std::size_t left() const { return cursor_ < end_ ? static_cast<std::size_t>(end_ - cursor_) : 0; }
+
   void fail() { ok_ = false; }
 
   // The next string, or none when its terminator doesn't lie wholly inside the payload.

@@ -7,10 +7,11 @@
 #include <new>
 #include <utility>
 
+#include "host/spare_blocks.h"
+
 namespace {
 
-constexpr std::size_t first_pairs = 12;   // holds an input's nine, and most pages' properties
-constexpr std::size_t first_units = 504;  // these pairs and an input's text, in a kilobyte
+constexpr std::size_t first_pairs = 12;  // holds an input's nine, and most pages' properties
 
 bool key_below(const text_map::pair& a, const text_map::pair& b) {
   return a.key_text() < b.key_text();
@@ -24,6 +25,29 @@ struct text_map::block {
   wide_char* end;
 
   wide_char* text() { return reinterpret_cast<wide_char*>(this + 1); }
+  std::size_t units() { return static_cast<std::size_t>(end - text()); }
+
+  // In a spare block; enough for the first pairs and the text of an input.
+  static constexpr std::size_t least_units = (spare_block_size - 16) / sizeof(wide_char);
+
+  static block* make(std::size_t units, block* older) {
+    static_assert(sizeof(block) + least_units * sizeof(wide_char) == spare_block_size);
+    units = std::max(units, least_units);
+    void* const memory = units == least_units
+                             ? take_block()
+                             : ::operator new(sizeof(block) + units * sizeof(wide_char));
+    auto* const made = new (memory) block{older, nullptr};
+    made->end = made->text() + units;
+    return made;
+  }
+
+  void give_back() {
+    if (units() == least_units) {
+      give_block_back(this);
+    } else {
+      ::operator delete(this);
+    }
+  }
 };
 
 const text_map::pair* text_map::find(wide_view key) const {
@@ -72,7 +96,7 @@ bool text_map::erase(wide_view key) {
 void text_map::clear() {
   while (newest_ != nullptr) {
     block* const older = newest_->older;
-    ::operator delete(newest_);
+    newest_->give_back();
     newest_ = older;
   }
   pairs_ = nullptr;
@@ -129,19 +153,13 @@ text_map::pair* text_map::take_pairs(std::size_t count) {
 }
 
 void text_map::add_block(std::size_t units) {
-  void* const memory = ::operator new(sizeof(block) + units * sizeof(wide_char));
-  auto* const added = new (memory) block;
-  added->older = newest_;
-  added->end = added->text() + units;
-  newest_ = added;
-  free_ = added->text();
+  newest_ = block::make(units, newest_);
+  free_ = newest_->text();
 }
 
 wide_char* text_map::take_room(std::size_t units) {
   if (newest_ == nullptr || static_cast<std::size_t>(newest_->end - free_) < units) {
-    const std::size_t previous =
-        newest_ == nullptr ? 0 : static_cast<std::size_t>(newest_->end - newest_->text());
-    add_block(std::max({units, first_units, 2 * previous}));
+    add_block(std::max(units, newest_ == nullptr ? 0 : 2 * newest_->units()));
   }
   wide_char* const room = free_;
   free_ += units;

@@ -47,10 +47,14 @@ bool write_frame(const std::string& packet, std::FILE* output) {
   return put;
 }
 
-void put_packet_start(std::string& packet, std::string_view id, std::int32_t fragment) {
+// What all frames of a reply begin with.
+void put_reply_start(std::string& packet, std::string_view id) {
   packet += R"({"reply":"success","id":")";
   packet += id;
   packet += R"(","fragment":)";
+}
+
+void put_fragment(std::string& packet, std::int32_t fragment) {
   packet += fragment < 0 ? R"("final")" : std::to_string(fragment);
   packet += R"(,"data":")";
 }
@@ -77,13 +81,15 @@ bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) 
   const std::size_t room = (max_output_size - empty_size) / 4 * 3;
   std::string packet;
   packet.reserve(max_output_size);
+  put_reply_start(packet, id);
+  const std::size_t start_size = packet.size();
   std::int32_t fragment = 0;
   std::size_t start = 0;
   do {
     const std::string_view piece = text.substr(start, room);
     const bool last = start + piece.size() == text.size();
-    packet.clear();
-    put_packet_start(packet, id, last ? final_fragment : fragment);
+    packet.resize(start_size);
+    put_fragment(packet, last ? final_fragment : fragment);
     put_encoded(packet, piece);
     put_packet_end(packet);
     if (!write_frame(packet, output)) return false;
@@ -95,9 +101,9 @@ bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) 
 
 }  // namespace
 
-bool send_reply(const std::string& json_text, std::FILE* output) {
+bool send_reply(std::string_view json_text, std::FILE* output) {
   if (!dump_off) log_line("Sending reply to Chrome");
-  if (!dump_off) log_line("[%s]", json_text.c_str());
+  if (!dump_off) log_line("[%s]", std::string(json_text).c_str());
   // The encoded form of more has no length that the extension could count on.
   if (json_text.size() > static_cast<std::size_t>(max_base64_input)) {
     if (!dump_off) log_line("can't alloc base64 encode buffer length=%d. skipping...", -1);
@@ -111,7 +117,8 @@ bool send_reply(const std::string& json_text, std::FILE* output) {
 std::string make_reply_packet(std::string_view id, std::string_view piece, std::int32_t fragment) {
   std::string packet;
   packet.reserve(max_output_size);
-  put_packet_start(packet, id, fragment);
+  put_reply_start(packet, id);
+  put_fragment(packet, fragment);
   packet += piece;
   put_packet_end(packet);
   return packet;

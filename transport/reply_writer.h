@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds abandoned_patience{500};
 // Writes the JSON text of one message as frames, the only use that the host makes of standard
 // output. True when every frame was written in full. After the first frame that couldn't be written
 // the rest of the reply is dropped and the result is false.
-bool send_reply(const std::string& json_text, std::FILE* output = stdout);
+bool send_reply(std::string_view json_text, std::FILE* output = stdout);
 
 // The envelope of one frame. `fragment` is its number from 0, or negative for the last frame.
 std::string make_reply_packet(std::string_view id, std::string_view piece, std::int32_t fragment);

@@ -1,0 +1,55 @@
+#include "host/spare_blocks.h"
+
+#include <atomic>
+#include <new>
+
+#include "platform/wiping.h"
+
+namespace {
+
+// The address sanitizer is to see each use of a block that was given back.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool keeps_blocks = false;
+#elif !defined(__has_feature)
+constexpr bool keeps_blocks = true;
+#elif __has_feature(address_sanitizer)
+constexpr bool keeps_blocks = false;
+#else
+constexpr bool keeps_blocks = true;
+#endif
+
+// A page of three hundred inputs takes as many.
+constexpr std::size_t most_kept = 512;
+
+// One store for all threads, since what a thread has of its own isn't safe to use at its end on
+// every system. Who finds another thread at it goes without.
+constinit std::atomic_flag busy;
+std::size_t count = 0;
+void* blocks[most_kept];
+
+void* take_kept() {
+  if (busy.test_and_set(std::memory_order_acquire)) return nullptr;
+  void* const block = count > 0 ? blocks[--count] : nullptr;
+  busy.clear(std::memory_order_release);
+  return block;
+}
+
+bool keep(void* block) {
+  if (!keeps_blocks || busy.test_and_set(std::memory_order_acquire)) return false;
+  const bool fits = count < most_kept;
+  if (fits) blocks[count++] = block;
+  busy.clear(std::memory_order_release);
+  return fits;
+}
+
+}  // namespace
+
+void* take_block() {
+  void* const kept = take_kept();
+  return kept != nullptr ? kept : ::operator new(spare_block_size);
+}
+
+void give_block_back(void* block) {
+  platform::wipe(block, spare_block_size);
+  if (!keep(block)) ::operator delete(block);
+}
