@@ -24,8 +24,7 @@ class client final : public iCfClient {
   std::int32_t post(iCfMsg* message) override {
     std::unique_ptr<iCfMsg> request = take_message(message);
     if (request == nullptr) return 1;
-    delivery_.post(std::move(request));
-    return 0;
+    return delivery_.post(std::move(request)) ? 0 : 1;
   }
 
  private:

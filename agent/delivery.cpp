@@ -12,29 +12,32 @@ delivery::~delivery() {
 }
 
 bool delivery::start(iCfClientObs* observer) {
-  if (observer == nullptr || thread_.joinable()) return false;
-  if (!platform::prepare_for_threads()) return false;
-  thread_ = std::thread([this, observer] { run(*observer); });
+  if (observer == nullptr || observer_ != nullptr) return false;
+  observer_ = observer;
+  observer->notify(responder_.greet().get());
   return true;
 }
 
-void delivery::post(std::unique_ptr<iCfMsg> request) {
+bool delivery::post(std::unique_ptr<iCfMsg> request) {
+  if (observer_ == nullptr || (!thread_.joinable() && !start_thread())) return false;
   {
     const checked_lock lock(mutex_);
     requests_.push_back(std::move(request));
   }
   changed_.notify_one();
+  return true;
+}
+
+bool delivery::start_thread() {
+  if (!platform::prepare_for_threads()) return false;
+  thread_ = std::thread([this] { run(*observer_); });
+  return true;
 }
 
 void delivery::run(iCfClientObs& observer) {
-  std::unique_ptr<iCfMsg> object = responder_.greet();
-  for (;;) {
-    if (object != nullptr) observer.notify(object.get());
-    // Before the wait, so that no secret lies in memory longer than it is needed.
-    object.reset();
-    const std::unique_ptr<iCfMsg> request = next();
-    if (request == nullptr) return;
-    object = responder_.respond(*request);
+  while (const std::unique_ptr<iCfMsg> request = next()) {
+    // Neither lives through the wait, so that no secret lies in memory longer than it is needed.
+    if (const auto object = responder_.respond(*request)) observer.notify(object.get());
   }
 }
 

@@ -10,14 +10,17 @@
 #include "messages/agent_interface.h"
 #include "platform/checked_mutex.h"
 
-// Takes requests on any thread and never makes the caller wait for an observer. Works on them one
-// by one, in the order in which they came, so that each sees what the ones before it have done.
+// Takes requests and never makes the caller wait for the observer. Works on them one by one, in the
+// order in which they came, so that each sees what the ones before it have done. The thread comes
+// with the first request, since many a browser ends without one.
+//
+// All its functions are the host's main thread's.
 //
 // Nothing is dropped: while the observer is stuck, all that is posted is kept. It is the host that
 // bounds how much that can be.
 class delivery {
  public:
-  // `r` is used by the thread alone from `start` on.
+  // `r` is the thread's alone once it has been started.
   explicit delivery(responder& r) : responder_(r) {}
 
   // Waits for a `notify` that is under way; drops what hasn't been worked on.
@@ -25,14 +28,15 @@ class delivery {
   delivery(const delivery&) = delete;
   delivery& operator=(const delivery&) = delete;
 
-  // Starts the thread, which greets the observer first. False if there is an observer already,
-  // `observer` is null, or the system refuses.
+  // Greets the observer, and serves it from then on. False if there is an observer already or
+  // `observer` is null.
   bool start(iCfClientObs* observer);
 
-  // Queues a request, also before there is an observer.
-  void post(std::unique_ptr<iCfMsg> request);
+  // Queues a request. False without an observer, or if the system refuses the thread.
+  bool post(std::unique_ptr<iCfMsg> request);
 
  private:
+  bool start_thread();
   void run(iCfClientObs& observer);
   std::unique_ptr<iCfMsg> next();
 
@@ -41,5 +45,6 @@ class delivery {
   std::condition_variable changed_;
   std::deque<std::unique_ptr<iCfMsg>> requests_ GUARDED_BY(mutex_);
   bool ending_ GUARDED_BY(mutex_) = false;
-  std::thread thread_;  // used by the host's main thread alone
+  iCfClientObs* observer_ = nullptr;
+  std::thread thread_;
 };

@@ -1,6 +1,5 @@
 // The host process: reads requests for as long as its input lives and hands them to the agent. What
-// the agent has to say goes out on the threads of the client library; this thread never writes to
-// standard output.
+// the agent has to say goes out on the thread on which it says it, which is seldom this one.
 
 #include <chrono>
 #include <string>
