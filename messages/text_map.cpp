@@ -28,21 +28,24 @@ struct text_map::block {
   std::size_t units() { return static_cast<std::size_t>(end - text()); }
 
   // In a spare block; enough for the first pairs and the text of an input.
-  static constexpr std::size_t least_units = (spare_block_size - 16) / sizeof(wide_char);
+  static constexpr std::size_t spare_units = (spare_block_size - 16) / sizeof(wide_char);
 
+  // Gives a spare block to whom it is enough, while there are some.
   static block* make(std::size_t units, block* older) {
-    static_assert(sizeof(block) + least_units * sizeof(wide_char) == spare_block_size);
-    units = std::max(units, least_units);
-    void* const memory = units == least_units
-                             ? take_block()
-                             : ::operator new(sizeof(block) + units * sizeof(wide_char));
+    static_assert(sizeof(block) + spare_units * sizeof(wide_char) == spare_block_size);
+    void* memory = units <= spare_units ? take_block_at_hand() : nullptr;
+    if (memory != nullptr) {
+      units = spare_units;
+    } else {
+      memory = ::operator new(sizeof(block) + units * sizeof(wide_char));
+    }
     auto* const made = new (memory) block{older, nullptr};
     made->end = made->text() + units;
     return made;
   }
 
   void give_back() {
-    if (units() == least_units) {
+    if (units() == spare_units) {
       give_block_back(this);
     } else {
       ::operator delete(this);
@@ -159,7 +162,8 @@ void text_map::add_block(std::size_t units) {
 
 wide_char* text_map::take_room(std::size_t units) {
   if (newest_ == nullptr || static_cast<std::size_t>(newest_->end - free_) < units) {
-    add_block(std::max(units, newest_ == nullptr ? 0 : 2 * newest_->units()));
+    const std::size_t least = newest_ == nullptr ? block::spare_units : 2 * newest_->units();
+    add_block(std::max(units, least));
   }
   wide_char* const room = free_;
   free_ += units;
