@@ -27,7 +27,8 @@ struct page_record {
 // Copies the page that `node` describes into `message`, which is new and empty. False, with the
 // message unchanged, if `node` is null or isn't a named container with members; true in all other
 // cases. Inputs beyond max_listed_bags are left out. Members that aren't known or are of the wrong
-// kind are skipped; of several with one name the last usable one counts.
+// kind are skipped; of several with one name the last usable one counts, but each list of inputs
+// does.
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
 // True if the member has this name. Then a string, converted in the memory of `bag`, replaces
