@@ -1,5 +1,7 @@
 #include "agent/delivery.h"
 
+#include <system_error>
+
 #include "platform/library_threads.h"
 
 delivery::~delivery() {
@@ -30,7 +32,11 @@ bool delivery::post(std::unique_ptr<iCfMsg> request) {
 
 bool delivery::start_thread() {
   if (!platform::prepare_for_threads()) return false;
-  thread_ = std::thread([this] { run(*observer_); });
+  try {
+    thread_ = std::thread([this] { run(*observer_); });
+  } catch (const std::system_error&) {
+    return false;
+  }
   return true;
 }
 
