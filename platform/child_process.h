@@ -21,8 +21,9 @@ class child_process {
 
   // Starts `program`, a path that is not searched for, with `arguments` behind its name. Null, with
   // the reason in `error`, if it can't be started (no such file, not executable). From the first
-  // call on a child that has closed its input makes a write fail instead of ending this process;
-  // the child itself starts with the default answers to all signals.
+  // call on a child that has closed its input makes a write fail instead of ending this process,
+  // and the end of a child is told whatever this process had been left to ignore; the child itself
+  // starts with the default answers to all signals.
   static std::unique_ptr<child_process> start(const std::string& program,
                                               const std::vector<std::string>& arguments,
                                               std::string& error);

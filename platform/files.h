@@ -29,6 +29,10 @@ struct file_facts {
 // What is at `path` once links are followed.
 file_facts look_at(const std::string& path);
 
+// What a program that is started by `path` takes for its own file: where systems follow links at
+// the start, the file that they lead to; elsewhere `path`.
+std::string started_file(const std::string& path);
+
 // Whether somebody may change the file or folder who is neither its owner nor an administrator.
 bool others_may_write(const std::string& path);
 
@@ -36,9 +40,15 @@ bool others_may_write(const std::string& path);
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error);
 
+// Who may look into folders that are made. Those of a user's settings are where programs keep what
+// is the user's alone.
+enum class folder_readers { owner, everybody };
+
 // Puts the file there in one step: readers find the old content or the new one. Folders that are
-// missing are made. Everybody may read it, only the owner may write it.
-bool write_file(const std::string& path, const std::string& content, std::string& error);
+// missing are made, on Windows with the rights of the folder around them. Everybody may read the
+// file, only the owner may write it.
+bool write_file(const std::string& path, const std::string& content, folder_readers readers,
+                std::string& error);
 
 bool remove_file(const std::string& path, std::string& error);
 

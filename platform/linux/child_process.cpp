@@ -205,6 +205,8 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
                                                     const std::vector<std::string>& arguments,
                                                     std::string& error) {
   std::signal(SIGPIPE, SIG_IGN);
+  // Who ignores it, as some parents leave it to their children, is never told of an end.
+  std::signal(SIGCHLD, SIG_DFL);
   pipe_ends input;
   pipe_ends output;
   if (!make_pipe(input) || !make_pipe(output) ||

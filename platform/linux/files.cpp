@@ -5,13 +5,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 
 namespace platform {
 namespace {
 
-constexpr mode_t folder_mode = 0755;
+constexpr mode_t own_folder_mode = 0700;
+constexpr mode_t shared_folder_mode = 0755;
 constexpr mode_t file_mode = 0644;
 
 std::string reason(const char* action, const std::string& path) {
@@ -28,11 +31,22 @@ bool write_all(int fd, const std::string& content) {
   return true;
 }
 
-bool make_folders(const std::string& path, std::string& error) {
-  if (look_at(path).is_folder) return true;
+// Whoever shares the folder is to get in, whatever mask an administrator has.
+bool make_folder(const std::string& path, folder_readers readers) {
+  if (readers == folder_readers::owner) return mkdir(path.c_str(), own_folder_mode) == 0;
+  return mkdir(path.c_str(), shared_folder_mode) == 0 &&
+         chmod(path.c_str(), shared_folder_mode) == 0;
+}
+
+// Goes up only while folders are missing, which ends early for a path that is too long.
+bool make_folders(const std::string& path, folder_readers readers, std::string& error) {
+  if (look_at(path).is_folder || make_folder(path, readers)) return true;
   const std::string parent = folder_of(path);
-  if (parent != path && !make_folders(parent, error)) return false;
-  if (mkdir(path.c_str(), folder_mode) == 0 || errno == EEXIST) return true;
+  if (errno == ENOENT && parent != path) {
+    if (!make_folders(parent, readers, error)) return false;
+    if (make_folder(path, readers)) return true;
+  }
+  if (errno == EEXIST) return true;
   error = reason("make the folder", path);
   return false;
 }
@@ -70,6 +84,11 @@ file_facts look_at(const std::string& path) {
           !is_folder && access(path.c_str(), X_OK) == 0};
 }
 
+std::string started_file(const std::string& path) {
+  char resolved[PATH_MAX];
+  return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
+}
+
 bool others_may_write(const std::string& path) {
   struct stat found = {};
   if (stat(path.c_str(), &found) != 0) return false;
@@ -101,8 +120,11 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
   return count >= 0 && size <= limit;
 }
 
-bool write_file(const std::string& path, const std::string& content, std::string& error) {
-  if (!make_folders(folder_of(path), error)) return false;
+bool write_file(const std::string& path, const std::string& content, folder_readers readers,
+                std::string& error) {
+  if (!make_folders(folder_of(path), readers, error)) return false;
+  // A file that may not grow is an error like a full disk, and must leave nothing behind.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::string temporary = path + ".XXXXXX";
   const int fd = mkostemp(temporary.data(), O_CLOEXEC);
   if (fd >= 0 && fill(fd, content) && rename(temporary.c_str(), path.c_str()) == 0) return true;

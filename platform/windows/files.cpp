@@ -96,6 +96,8 @@ file_facts look_at(const std::string& path) {
   return {true, is_folder, _access(path.c_str(), may_read) == 0, executable};
 }
 
+std::string started_file(const std::string& path) { return path; }
+
 bool others_may_write(const std::string& path) {
   PACL list = nullptr;
   PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -129,7 +131,8 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
   return count <= limit;
 }
 
-bool write_file(const std::string& path, const std::string& content, std::string& error) {
+bool write_file(const std::string& path, const std::string& content, folder_readers,
+                std::string& error) {
   if (!make_folders(folder_of(path), error)) return false;
   const std::string temporary = path + '.' + std::to_string(GetCurrentProcessId());
   if (fill(temporary, content) &&

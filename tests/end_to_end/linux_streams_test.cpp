@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <thread>
 
 #include "platform/linux/debug_address.h"
@@ -78,4 +79,23 @@ TEST(pointer, is_not_waited_for_when_the_keys_of_the_screen_are_a_pipe) {
   EXPECT_EQ(host.report(1), lines{posted("CfMsgUnLockDb.1", at_the_corner)});
   EXPECT_EQ(host.finish(), 0);
   std::filesystem::remove_all(folder);
+}
+
+TEST(setup, serves_all_users_whatever_mask_and_signals_it_was_left_with) {
+  namespace fs = std::filesystem;
+  const fs::path root = make_folder();
+  std::signal(SIGCHLD, SIG_IGN);
+  const mode_t mask = umask(077);
+  std::string error;
+  const auto setup = platform::child_process::start(
+      SETUP_PROGRAM,
+      {"install", "--system", "--browser", "vivaldi", "--extension-id", std::string(32, 'a'),
+       "--host", HOST_PROGRAM, "--root", root.string()},
+      error);
+  umask(mask);
+  ASSERT_NE(setup, nullptr) << error;
+  EXPECT_EQ(setup->wait(60s), 0);
+  const fs::path folder = root / "etc/opt/vivaldi/native-messaging-hosts";
+  EXPECT_EQ(fs::status(folder).permissions(), fs::perms(0755));
+  fs::remove_all(root);
 }

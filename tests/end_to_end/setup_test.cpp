@@ -219,6 +219,13 @@ TEST(setup, gives_a_terminal_no_commands_of_a_manifest) {
   EXPECT_NE(text.find("\\u001b[2J"), std::string::npos) << text;
 }
 
+TEST(setup, reports_in_json_that_is_utf8_whatever_a_manifest_holds) {
+  machine m;
+  changed("stdio", "std\xFF.io")(m);
+  const std::string text = m.run({"doctor", "--json"}).text;
+  EXPECT_NE(text.find("std\xEF\xBF\xBD.io"), std::string::npos) << text;
+}
+
 TEST(setup, repeats_itself_without_a_change_and_overwrites_no_other_host) {
   machine m;
   EXPECT_TRUE(m.install({"--dry-run"}).text.starts_with("Vivaldi: would write "));
@@ -305,6 +312,7 @@ TEST(setup, where_systems_have_roots_doctor_sees_browsers_and_writers_in_them) {
                                fs::perms::group_read | fs::perms::others_read;
   EXPECT_EQ(fs::status(file).permissions(), public_file);
   EXPECT_EQ(findings(machine::run_as_given(all)), "manifest-good started 0");
+  EXPECT_EQ(fs::status(file.parent_path()).permissions(), fs::perms::owner_all);
 
   fs::create_directories(m.root() / "var/lib/flatpak/app/com.vivaldi.Vivaldi");
   EXPECT_EQ(doctor(), "sandboxed started 1");
@@ -321,6 +329,17 @@ TEST(setup, where_systems_have_roots_doctor_sees_browsers_and_writers_in_them) {
     EXPECT_EQ(doctor(), "manifest-good writable-by-others started 0") << open;
     fs::permissions(open, before);
   }
+
+  const fs::path link = m.root() / "link";
+  fs::create_symlink(m.host(), link);
+  m.run({"install", "--extension-id", id, "--force", "--host", link.string()});
+  EXPECT_EQ(doctor(), "manifest-good started 0") << "a link to the host";
+  m.install({"--force"});
+
+  fs::remove(m.host());
+  write_text(m.host(), "#!/bin/sh\nexec yes\n");
+  fs::permissions(m.host(), fs::perms::owner_all);
+  EXPECT_EQ(doctor(), "manifest-good host-hangs 1") << "it never stops talking";
 
   fs::remove(file);
   fs::create_symlink(m.root() / "nowhere", file);

@@ -73,10 +73,13 @@ void examine_host(const char* title, const std::string& path,
              "Install cfhost again, or make the file executable."});
     return;
   }
-  const std::string folder = platform::folder_of(path);
+  // A linked host looks for its library beside itself, not beside the link.
+  const std::string file = platform::started_file(path);
+  const std::string folder = platform::folder_of(file);
   const std::string library = platform::path_below(folder, platform::library_file_name("cfagent"));
+  if (file != path) look_at_writers(title, platform::folder_of(path), out);
   look_at_writers(title, folder, out);
-  look_at_writers(title, path, out);
+  look_at_writers(title, file, out);
   if (platform::look_at(library).exists) {
     look_at_writers(title, library, out);
   } else {

@@ -61,7 +61,10 @@ report_entry install_one(const browser& to, const setup_options& options, const 
   if (options.dry_run) {
     return {to.title, severity::note, "would-write", "would write " + shown(place), {}};
   }
-  if (!platform::write_file(place.file, text, error) || !platform::add_registration(place, error)) {
+  const auto readers =
+      options.system ? platform::folder_readers::everybody : platform::folder_readers::owner;
+  if (!platform::write_file(place.file, text, readers, error) ||
+      !platform::add_registration(place, error)) {
     return failure(to, "write-failed", error,
                    options.system ? "Run this as an administrator." : std::string());
   }

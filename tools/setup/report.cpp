@@ -5,6 +5,7 @@
 
 #include "json/writer.h"
 #include "tools/printable.h"
+#include "transport/text.h"
 
 namespace {
 
@@ -20,6 +21,13 @@ const char* name_of(severity weight) {
       return "fault";
   }
   return "";
+}
+
+// The texts quote names of files and manifests, which may hold any bytes, and JSON is UTF-8.
+void put_text(pair_stream& members, const json_name& key, const std::string& text) {
+  wide_string well_formed;
+  utf8_to_wide(well_formed, text.data(), static_cast<std::uint32_t>(text.size()));
+  json_put_wide(members, key, well_formed);
 }
 
 // The texts quote manifests, which may be anybody's.
@@ -54,8 +62,8 @@ std::string report::as_json() const {
     json_put_string(members, "browser", entry.browser);
     json_put_string(members, "severity", name_of(entry.weight));
     json_put_string(members, "id", entry.id);
-    json_put_string(members, "text", entry.text);
-    json_put_string(members, "advice", entry.advice);
+    put_text(members, "text", entry.text);
+    put_text(members, "advice", entry.advice);
     list << json_close_object(members) << ',';
   }
   pair_stream whole;
