@@ -13,8 +13,8 @@ constexpr std::size_t spare_block_size = 1024;
 // left.
 void* take_block();
 
-// The same, or null where there is none at hand. For users that need less than a block: many of them
-// do better with memory of their own size.
+// The same, or null where there is none at hand. For users that need less than a block: many of
+// them do better with memory of their own size.
 void* take_block_at_hand();
 
 // Takes a block back, and wipes it.
