@@ -10,8 +10,10 @@ namespace {
 
 void end_stdout_lock() { stdout_lock.end(); }
 
-// Nobody is inside any more at this point, or the process would have left without exit actions.
-void end_agent_observer() { close_agent_observer(std::chrono::milliseconds(0)); }
+// After the end of input nobody is inside any more, or the process would have left without exit
+// actions. But the library may end the process too, with threads of its own in the middle of a
+// frame. One that does so from inside a notification waits for itself in vain.
+void end_agent_observer() { close_agent_observer(exit_patience); }
 
 }  // namespace
 

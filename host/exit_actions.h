@@ -1,6 +1,11 @@
 // The order in which the process-wide objects go at the end of the process.
 #pragma once
 
+#include <chrono>
+
+// How long the end of the process waits for notifications that are under way.
+inline constexpr std::chrono::milliseconds exit_patience{500};
+
 // Registers the exit actions of the objects that live from start to end. Called first thing in
 // main, before any object that registers its end at its first use; so the order of the ends is
 //

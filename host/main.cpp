@@ -1,7 +1,6 @@
 // The host process: reads requests for as long as its input lives and hands them to the agent. What
 // the agent has to say goes out on the thread on which it says it, which is seldom this one.
 
-#include <chrono>
 #include <string>
 
 #include "bridge/agent_observer.h"
@@ -15,9 +14,6 @@
 #include "transport/frame_reader.h"
 
 namespace {
-
-// How long the end of the process waits for notifications that are under way.
-constexpr std::chrono::milliseconds exit_patience{500};
 
 iCfClient* get_client() {
   if (client_library.module == nullptr || client_library.api == nullptr) return nullptr;
