@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "agent/text_file.h"
 #include "json/parser.h"
+#include "platform/files.h"
 #include "transport/text.h"
 
 namespace {
@@ -174,18 +174,15 @@ void fill_with_demo(coffer& target) {
 }  // namespace
 
 bool load_coffer(const std::string& path, coffer& target, std::string& problem) {
-  std::string text;
-  const file_state state = read_file(path, largest_file, text, problem);
-  if (state == file_state::absent) {
+  if (!platform::look_at(path).exists) {
     fill_with_demo(target);
     return true;
   }
-  if (state == file_state::present) {
-    coffer_reader reader(text, target);
-    if (reader.read()) return true;
-    problem = reader.problem();
-  }
-  // Places follow the file's name at once, as compilers write them.
-  problem = path + (state == file_state::present ? ":" : ": ") + problem;
+  std::string text;
+  if (!platform::read_file(path, largest_file, text, problem)) return false;
+  coffer_reader reader(text, target);
+  if (reader.read()) return true;
+  // The place follows the file's name at once, as compilers write it.
+  problem = path + ':' + reader.problem();
   return false;
 }

@@ -1,5 +1,5 @@
-// Files and folders, for the companion programs. Paths are in the code page of the program, and a
-// text "error" is for people: it tells what failed and why.
+// Files and folders, for the companion programs and the development agent. Paths are in the code
+// page of the program, and a text "error" is for people: it tells what failed and why.
 #pragma once
 
 #include <cstddef>
