@@ -86,15 +86,19 @@ TEST(setup, serves_all_users_whatever_mask_and_signals_it_was_left_with) {
   const fs::path root = make_folder();
   std::signal(SIGCHLD, SIG_IGN);
   const mode_t mask = umask(077);
-  std::string error;
-  const auto setup = platform::child_process::start(
-      SETUP_PROGRAM,
-      {"install", "--system", "--browser", "vivaldi", "--extension-id", std::string(32, 'a'),
-       "--host", HOST_PROGRAM, "--root", root.string()},
-      error);
+  const auto install = [&root](const std::string& host) {
+    std::string error;
+    const auto setup = platform::child_process::start(
+        SETUP_PROGRAM,
+        {"install", "--system", "--browser", "vivaldi", "--extension-id", std::string(32, 'a'),
+         "--force", "--host", host, "--root", root.string()},
+        error);
+    return setup == nullptr ? -1 : setup->wait(60s).value_or(-1);
+  };
+  EXPECT_EQ(install("/opt/caf\xE9/cfhost"), 1) << "no UTF-8";
+  EXPECT_FALSE(fs::exists(root / "etc"));
+  EXPECT_EQ(install(HOST_PROGRAM), 0);
   umask(mask);
-  ASSERT_NE(setup, nullptr) << error;
-  EXPECT_EQ(setup->wait(60s), 0);
   const fs::path folder = root / "etc/opt/vivaldi/native-messaging-hosts";
   EXPECT_EQ(fs::status(folder).permissions(), fs::perms(0755));
   fs::remove_all(root);

@@ -6,6 +6,7 @@
 #include "json/writer.h"
 #include "tools/setup/extension_id.h"
 #include "tools/setup/strict_json.h"
+#include "transport/text.h"
 
 namespace {
 
@@ -61,6 +62,14 @@ std::optional<manifest> parse_manifest(std::string text, id_form form, std::stri
     if (member->name != nullptr) take_member(*member, form, found);
   }
   return found;
+}
+
+bool is_utf8(const std::string& text) {
+  // Only malformed text comes back as another.
+  wide_string wide;
+  std::string again;
+  return utf8_to_wide(wide, text.data(), static_cast<std::uint32_t>(text.size())) &&
+         wide_to_utf8(again, wide) && again == text;
 }
 
 std::string manifest_text(const std::string& path, id_form form,

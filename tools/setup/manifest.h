@@ -21,6 +21,9 @@ struct manifest {
 // where in `error`, if the text is no JSON object.
 std::optional<manifest> parse_manifest(std::string text, id_form form, std::string& error);
 
-// The manifest that lets the extensions `ids` start the host at `path`.
+// Whether the bytes are well-formed UTF-8, as all text of a manifest has to be.
+bool is_utf8(const std::string& text);
+
+// The manifest that lets the extensions `ids` start the host at `path`, which is UTF-8.
 std::string manifest_text(const std::string& path, id_form form,
                           const std::vector<std::string>& ids);

@@ -143,6 +143,12 @@ manifest_place chosen_place(const browser& chosen, const setup_options& options,
 }
 
 bool install(const setup_options& options, const std::string& host, report& out) {
+  if (!is_utf8(host)) {
+    out.add({"", severity::fault, "host-not-utf8",
+             "a manifest is UTF-8, and the path " + host + " isn't",
+             "Rename its folder, or reach the host by another path and name that with --host."});
+    return false;
+  }
   const auto browsers = chosen_browsers(options);
   if (browsers.empty()) add_for_nobody(out);
   for (const browser* const each : browsers) {
