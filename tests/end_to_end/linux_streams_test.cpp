@@ -47,6 +47,30 @@ TEST(lifecycle, ends_in_the_middle_of_notifications) {
   }
 }
 
+TEST(lifecycle, is_neither_held_up_nor_killed_by_half_a_library) {
+  namespace fs = std::filesystem;
+  const fs::path folder = make_folder(), host = folder / HOST_NAME, library = folder / LIBRARY_NAME;
+  fs::copy_file(HOST_PROGRAM, host);
+  const auto exit_value = [&host] {
+    std::string error;
+    const auto process = platform::child_process::start(host.string(), {}, error);
+    process->close_input();
+    return process->wait(20s);
+  };
+  EXPECT_EQ(mkfifo(library.c_str(), 0600), 0);
+  EXPECT_EQ(exit_value(), 1);
+  fs::remove(library);
+  fs::copy_file(PROBE_LIBRARY, library);
+  EXPECT_EQ(exit_value(), 0);
+  for (auto size = fs::file_size(library); size > 0; size /= 2) {
+    // What the loader needs may end long before the file does.
+    fs::resize_file(library, size);
+    EXPECT_LE(exit_value(), 1) << size;
+  }
+  EXPECT_EQ(exit_value(), 1);
+  fs::remove_all(folder);
+}
+
 TEST(diagnostics, go_to_no_place_that_others_may_have_made) {
   namespace fs = std::filesystem;
   const auto channel = open_debug_channel();

@@ -46,7 +46,7 @@ TEST(CofferFile, IsUsedWholeOrComplainedOf) {
        "f:1:42: there is a login for this site already"},
       {R"({"settings":{"":"v"}})", "f:1:15: a setting needs a name"},
       {R"({"secret":1})", "f:1:3: unknown member; known are locked, settings and logins"},
-      {std::string(1 << 20, ' ') + "{}", "f is longer than 1048576 bytes"}};
+      {std::string((1 << 20) + 1, ' '), "f is longer than 1048576 bytes"}};
   for (const auto& [content, expected] : cases) {
     std::ofstream(file, std::ios::binary) << content;
     EXPECT_EQ(outcome(file), expected) << content.substr(0, 99);
