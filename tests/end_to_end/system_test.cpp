@@ -12,9 +12,9 @@ using namespace std::literals;
 namespace {
 
 // The next lines without "[thread] [ cf    ] ", a "|" behind each; addresses, which differ, as "@".
-std::string next_lines(platform::debug_viewer& channel, host_session& host, int count) {
+std::string next_lines(platform::debug_viewer& channel, std::int32_t thread, int count) {
   char start[32];
-  std::snprintf(start, sizeof start, "[%4d] [ cf    ] ", main_thread(host.process()));
+  std::snprintf(start, sizeof start, "[%4d] [ cf    ] ", thread);
   std::string found;
   for (std::string line; count > 0 && channel.receive(line); --count) {
     if (!line.starts_with(start)) return found + "bad line: " + line;
@@ -47,26 +47,28 @@ TEST(diagnostics, exact_lines_once_switched_on_and_none_before) {
   }
   write_configuration("; comment\n[Coffer]\r\n Dump = \"1\" \r\n");
   host_session host("post deliver values 1");
+  // Asked for now: the last line may come from a host that is gone.
+  const std::int32_t thread = main_thread(host.process());
   host.send(make_frame(bad));
-  EXPECT_EQ(next_lines(*channel, host, 7),
+  EXPECT_EQ(next_lines(*channel, thread, 7),
             frame_lines(bad) +
                 "child->name=id\r\n|id=\r\n|child->name=fragment\r\n|fragment=3\r\n|"
                 "Bad fragment received: id:, fragnum:3, final:false|");
   host.send(make_frame(whole));
-  EXPECT_EQ(next_lines(*channel, host, 8),
+  EXPECT_EQ(next_lines(*channel, thread, 8),
             frame_lines(whole) +
                 "child->name=id\r\n|id=k9\r\n|child->name=fragment\r\n|fragment=0\r\n|"
                 "child->name=msg\r\n|msg=eyJtZXRob2QiOiJnZXQtc2V0dGluZ3MifQ==\r\n|");
   host.process().close_output();
   host.send(make_frame(end_mark));
-  EXPECT_EQ(next_lines(*channel, host, 11),
+  EXPECT_EQ(next_lines(*channel, thread, 11),
             frame_lines(end_mark) +
                 "child->name=id\r\n|id=k9\r\n|child->name=fragment\r\n|fragment=final\r\n|"
                 "json_parse: root=@ errorPos=N/A errorDesc=N/A\r\n|Sending reply to Chrome|"
                 R"([{"coffer-set-settings":{"pwdman.enabled":"true"}}]|)"
                 "Couldn't send string , abort|Test|");
   host.send("\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(next_lines(*channel, host, 1), "i_len >= 8192 but instead is -1; |");
+  EXPECT_EQ(next_lines(*channel, thread, 1), "i_len >= 8192 but instead is -1; |");
   EXPECT_EQ(host.finish(), 0);
   write_configuration("");
 }
