@@ -28,6 +28,11 @@ void occupy_standard_streams();
 // before any transfer.
 void prepare_standard_streams();
 
+// Waits until there is something to read, or no more to come, when a read has failed with EAGAIN:
+// somebody who shares the input, as a program does that the library has started, may have turned
+// its waiting off. False where that can't happen.
+bool wait_for_input(std::FILE* input);
+
 // Waits until `output` takes `size` bytes, which are then written to it, without making the writer
 // wait, or fails at once. False when standard input has ended and `output` has taken nothing for
 // `patience` since: nobody is left to read. Always true at once on a system that can't tell. One

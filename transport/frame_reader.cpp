@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/diagnostics.h"
+#include "platform/platform.h"
 #include "platform/wiping.h"
 #include "transport/frame_format.h"
 #include "transport/reassembly.h"
@@ -16,14 +17,18 @@ namespace {
 // Diagnostics print lengths as the signed 32-bit numbers that they are in most tools.
 long as_signed(std::size_t length) { return static_cast<std::int32_t>(length); }
 
-// Reads `size` bytes, fewer at the end of the input. A signal that the library handles on this
-// thread interrupts the wait for them, and is no end.
+// A signal that the library handles on this thread interrupts the wait for input, and is no end.
+bool may_go_on(int error, std::FILE* input) {
+  return error == EINTR || (error == EAGAIN && platform::wait_for_input(input));
+}
+
+// Reads `size` bytes, fewer at the end of the input.
 std::size_t read_bytes(void* bytes, std::size_t size, std::FILE* input) {
   std::size_t count = 0;
   for (;;) {
     errno = 0;
     count += std::fread(static_cast<char*>(bytes) + count, 1, size - count, input);
-    if (count == size || std::ferror(input) == 0 || errno != EINTR) return count;
+    if (count == size || std::ferror(input) == 0 || !may_go_on(errno, input)) return count;
     std::clearerr(input);
   }
 }

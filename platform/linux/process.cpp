@@ -96,6 +96,11 @@ void prepare_standard_streams() {
   std::setvbuf(stdin, input_buffer, _IOFBF, sizeof input_buffer);
 }
 
+bool wait_for_input(std::FILE* input) {
+  pollfd stream = {fileno(input), POLLIN, 0};
+  return poll(&stream, 1, -1) > 0 || errno == EINTR;
+}
+
 // While less than a page has been written since a pipe was ready, its page isn't full, and nothing
 // need be asked.
 bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience) {

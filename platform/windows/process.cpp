@@ -29,6 +29,8 @@ void prepare_standard_streams() {
   _setmode(_fileno(stdin), _O_BINARY);
 }
 
+bool wait_for_input(std::FILE*) { return false; }
+
 // What the system tells of a pipe isn't enough: the room in it counts without what a reader waits
 // for, and while one thread reads, every question about the input waits for that read.
 bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) { return true; }

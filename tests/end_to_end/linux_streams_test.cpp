@@ -1,9 +1,12 @@
 // What only this system has: pipes that tell how much room they have, and a debugger output whose
 // place in the file system others might write to.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <fstream>
 #include <thread>
 
 #include "platform/linux/debug_address.h"
@@ -45,6 +48,34 @@ TEST(lifecycle, ends_in_the_middle_of_notifications) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
     reader.join();
   }
+}
+
+TEST(lifecycle, goes_on_when_its_input_stops_to_wait) {
+  namespace fs = std::filesystem;
+  const fs::path folder = make_folder(), host = folder / HOST_NAME;
+  fs::copy_file(HOST_PROGRAM, host);
+  fs::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
+  std::ofstream(folder / "script") << "post deliver " << hex(u"msg::CfMsgOpenUrl\0\0?\0"s);
+  int ends[2] = {};
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  fcntl(ends[0], F_SETFD, 0);
+  std::string error;
+  const auto process = platform::child_process::start(
+      "/bin/sh", {"-c", "exec \"$0\" <&" + std::to_string(ends[0]), host.string()}, error);
+  ASSERT_NE(process, nullptr) << error;
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(write(ends[1], lock.data(), lock.size()), std::ssize(lock));
+    char reply[1000];
+    EXPECT_GT(process->read(reply, sizeof reply, 20s).value_or(0), 0u) << i;
+    // The host has its input in common with this process. The next request comes after its next
+    // read.
+    fcntl(ends[0], F_SETFL, O_NONBLOCK);
+    std::this_thread::sleep_for(50ms);
+  }
+  close(ends[1]);
+  EXPECT_EQ(process->wait(20s), 0);
+  close(ends[0]);
+  fs::remove_all(folder);
 }
 
 TEST(lifecycle, is_neither_held_up_nor_killed_by_half_a_library) {

@@ -21,6 +21,8 @@ void fake::reset(bool diagnostics) {
 
 namespace platform {
 
+bool wait_for_input(std::FILE*) { return false; }
+
 bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) {
   return !state.abandoned;
 }
