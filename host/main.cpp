@@ -1,6 +1,7 @@
 // The host process: reads requests for as long as its input lives and hands them to the agent. What
 // the agent has to say goes out on the thread on which it says it, which is seldom this one.
 
+#include <chrono>
 #include <string>
 
 #include "bridge/agent_observer.h"
@@ -14,6 +15,10 @@
 #include "transport/frame_reader.h"
 
 namespace {
+
+// How long the library may take to end. Together with the patience for notifications that is less
+// than the second in which a host is gone after its input.
+constexpr std::chrono::milliseconds unload_patience{400};
 
 iCfClient* get_client() {
   if (client_library.module == nullptr || client_library.api == nullptr) return nullptr;
@@ -55,4 +60,4 @@ exit_value run() {
 }  // namespace
 
 // The browser passes arguments; they have no effect.
-int main() { platform::end_process(run()); }
+int main() { platform::end_process(run(), unload_patience); }

@@ -39,9 +39,9 @@ bool wait_for_input(std::FILE* input);
 // thread at a time.
 bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience);
 
-// Ends the process as a return from main does, with the exit actions. After these, threads that a
-// library still has can't hold it up.
-[[noreturn]] void end_process(int exit_value);
+// Ends the process as a return from main does, with the exit actions, and at once when these take
+// longer than `limit`. After them, threads that a library still has can't hold it up.
+[[noreturn]] void end_process(int exit_value, std::chrono::milliseconds limit);
 
 // Ends the process at once: no exit action runs and no stream is flushed.
 [[noreturn]] void leave_now(int exit_value);

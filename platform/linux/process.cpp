@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -61,6 +62,16 @@ bool wait_until_ready(int output, std::chrono::milliseconds patience) {
   }
 }
 
+struct {
+  int exit_value;
+  clock::time_point deadline;
+} end_of_process;
+
+// A library may still have timers of its own that raise the signal.
+extern "C" void abandon_exit(int) {
+  if (clock::now() >= end_of_process.deadline) leave_now(end_of_process.exit_value);
+}
+
 }  // namespace
 
 // The other way would be to clear the dumpable flag of the process. That also keeps debuggers away,
@@ -116,7 +127,20 @@ bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseco
   return true;
 }
 
-void end_process(int exit_value) { std::exit(exit_value); }
+// A timer of the system, since a thread to keep the time may not be had. What a library did to the
+// signal counts no more.
+void end_process(int exit_value, std::chrono::milliseconds limit) {
+  end_of_process = {exit_value, clock::now() + limit};
+  std::signal(SIGALRM, abandon_exit);
+  sigset_t alarm;
+  sigemptyset(&alarm);
+  sigaddset(&alarm, SIGALRM);
+  pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
+  const auto microseconds = std::chrono::microseconds(limit).count();
+  const itimerval timer = {{}, {microseconds / 1'000'000, microseconds % 1'000'000}};
+  setitimer(ITIMER_REAL, &timer, nullptr);
+  std::exit(exit_value);
+}
 
 // Not _exit, in whose place the thread sanitizer flushes the streams first.
 void leave_now(int exit_value) { std::_Exit(exit_value); }

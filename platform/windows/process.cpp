@@ -8,8 +8,23 @@
 #include "platform/platform.h"
 
 namespace platform {
+namespace {
 
 static_assert(_O_BINARY == 0x8000);
+
+struct {
+  int exit_value;
+  DWORD limit;  // in milliseconds
+  HANDLE started;
+} end_later;
+
+DWORD WINAPI abandon_exit(void*) {
+  SetEvent(end_later.started);
+  Sleep(end_later.limit);
+  leave_now(end_later.exit_value);
+}
+
+}  // namespace
 
 // The mode keeps error reporting, and the dumps that it stores, away from exceptions that nobody
 // handles. A debugger can still be attached.
@@ -37,7 +52,13 @@ bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) { retur
 
 // The system ends the threads that are left before it tells the libraries of the end, and a library
 // may then wait for a lock that went with its thread. So nobody is told.
-void end_process(int exit_value) {
+void end_process(int exit_value, std::chrono::milliseconds limit) {
+  end_later = {exit_value, static_cast<DWORD>(limit.count()),
+               CreateEventA(nullptr, TRUE, FALSE, nullptr)};
+  // A thread can't start while a library is being told of its end.
+  if (CreateThread(nullptr, 0, abandon_exit, nullptr, 0, nullptr) != nullptr) {
+    WaitForSingleObject(end_later.started, end_later.limit);
+  }
   _cexit();
   leave_now(exit_value);
 }

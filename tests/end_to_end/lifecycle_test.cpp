@@ -76,6 +76,15 @@ TEST(lifecycle, ends_in_time_while_a_notification_is_stuck) {
   EXPECT_GT(frames, 120) << "The pipe wasn't full.";
 }
 
+TEST(lifecycle, ends_in_time_when_its_library_does_not) {
+  host_session host("unload sleep 20000");
+  host.send(lock);
+  host.report(1);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(host.finish(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+}
+
 TEST(lifecycle, a_late_notification_does_nothing) {
   host_session host("unload deliver data values 1 " + long_url);
   host.send(lock);
