@@ -11,10 +11,10 @@
 //   WHEN leave NUMBER                 ends the process with that exit value
 //   WHEN sleep NUMBER                 waits so many milliseconds
 //
-// WHEN is register (on a thread of the library), post (inside each call of it) or unload. A PART is
-// data, values WORD or a PAYLOAD, which may have length NUMBER or masked behind it: then its bits
-// are the wrong way round except during the call. The file "report" gets
-// "post NAME WRITTEN BYTES REFERENCES-LEFT" and "notified RESULT REFERENCES-TAKEN" (by deliver).
+// WHEN is load, register (on a thread of the library), post (inside each call of it) or unload. A
+// PART is data, values WORD or a PAYLOAD, which may have length NUMBER or masked behind it: then
+// its bits are the wrong way round except during the call. The file "report" gets "post NAME
+// WRITTEN BYTES REFERENCES-LEFT" and "notified RESULT REFERENCES-TAKEN" (by deliver).
 
 #include <algorithm>
 #include <atomic>
@@ -121,6 +121,7 @@ class probe final : public cfApi, public iCfClient {
   probe() {
     std::ifstream script(folder_ + "script");
     for (std::string line; std::getline(script, line);) script_.push_back(line);
+    perform_all("load");
   }
 
   ~probe() override {

@@ -189,7 +189,7 @@ TEST(setup, doctor_names_each_fault) {
        [](machine& m) { m.registered(), m.script("unload leave 7\n"); },
        {}},
       {"manifest-good host-hangs 1",
-       [](machine& m) { m.registered(), m.script("unload sleep 15000\n"); },
+       [](machine& m) { m.registered(), m.script("load sleep 15000\n"); },
        {}},
       {"system-manifest-hidden manifest-good started 0",
        [](machine& m) {
