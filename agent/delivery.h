@@ -16,8 +16,9 @@
 //
 // All its functions are the host's main thread's.
 //
-// Nothing is dropped: while the observer is stuck, all that is posted is kept. It is the host that
-// bounds how much that can be.
+// Nothing is dropped, since a lost request might be the one that locks the coffer: while the
+// observer is stuck or slower than the caller, all that is posted is kept. The host bounds each
+// request, but nobody bounds their number, nor the memory that they take here.
 class delivery {
  public:
   // `r` is the thread's alone once it has been started.
