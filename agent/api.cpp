@@ -22,9 +22,10 @@ class client final : public iCfClient {
   }
 
   std::int32_t post(iCfMsg* message) override {
-    std::unique_ptr<iCfMsg> request = take_message(message);
+    std::size_t form_size = 0;
+    std::unique_ptr<iCfMsg> request = take_message(message, form_size);
     if (request == nullptr) return 1;
-    return delivery_.post(std::move(request)) ? 0 : 1;
+    return delivery_.post(std::move(request), form_size) ? 0 : 1;
   }
 
  private:

@@ -4,6 +4,15 @@
 
 #include "platform/library_threads.h"
 
+namespace {
+
+// What may be queued, in bytes of the requests' forms, and what each takes besides. A request that
+// is larger waits alone.
+constexpr std::size_t most_queued = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t request_cost = 4096;
+
+}  // namespace
+
 delivery::~delivery() {
   {
     const checked_lock lock(mutex_);
@@ -20,11 +29,16 @@ bool delivery::start(iCfClientObs* observer) {
   return true;
 }
 
-bool delivery::post(std::unique_ptr<iCfMsg> request) {
+bool delivery::post(std::unique_ptr<iCfMsg> request, std::size_t form_size) {
   if (observer_ == nullptr || (!thread_.joinable() && !start_thread())) return false;
+  const std::size_t cost = form_size + request_cost;
   {
-    const checked_lock lock(mutex_);
-    requests_.push_back(std::move(request));
+    checked_lock lock(mutex_);
+    changed_.wait(lock.native(), [this, cost]() REQUIRES(mutex_) {
+      return requests_.empty() || queued_cost_ + cost <= most_queued;
+    });
+    requests_.push_back({std::move(request), cost});
+    queued_cost_ += cost;
   }
   changed_.notify_one();
   return true;
@@ -52,7 +66,9 @@ std::unique_ptr<iCfMsg> delivery::next() {
   checked_lock lock(mutex_);
   changed_.wait(lock.native(), [this]() REQUIRES(mutex_) { return ending_ || !requests_.empty(); });
   if (ending_) return nullptr;
-  std::unique_ptr<iCfMsg> request = std::move(requests_.front());
+  queued_request request = std::move(requests_.front());
   requests_.pop_front();
-  return request;
+  queued_cost_ -= request.cost;
+  changed_.notify_one();  // the caller of post may wait for room
+  return std::move(request.message);
 }

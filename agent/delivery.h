@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <thread>
@@ -10,15 +11,15 @@
 #include "messages/agent_interface.h"
 #include "platform/checked_mutex.h"
 
-// Takes requests and never makes the caller wait for the observer. Works on them one by one, in the
-// order in which they came, so that each sees what the ones before it have done. The thread comes
-// with the first request, since many a browser ends without one.
+// Takes requests and works on them one by one, in the order in which they came, so that each sees
+// what the ones before it have done. The thread comes with the first request, since many a browser
+// ends without one.
 //
 // All its functions are the host's main thread's.
 //
-// Nothing is dropped, since a lost request might be the one that locks the coffer: while the
-// observer is stuck or slower than the caller, all that is posted is kept. The host bounds each
-// request, but nobody bounds their number, nor the memory that they take here.
+// Nothing is dropped, since a lost request might be the one that locks the coffer. While the
+// observer is stuck or slower than the caller, what is posted is kept, up to a limit; then the
+// caller waits, and with it, in the end, whoever writes to the host.
 class delivery {
  public:
   // `r` is the thread's alone once it has been started.
@@ -33,18 +34,25 @@ class delivery {
   // `observer` is null.
   bool start(iCfClientObs* observer);
 
-  // Queues a request. False without an observer, or if the system refuses the thread.
-  bool post(std::unique_ptr<iCfMsg> request);
+  // Queues a request whose form has so many bytes. False without an observer, or if the system
+  // refuses the thread.
+  bool post(std::unique_ptr<iCfMsg> request, std::size_t form_size);
 
  private:
   bool start_thread();
   void run(iCfClientObs& observer);
   std::unique_ptr<iCfMsg> next();
 
+  struct queued_request {
+    std::unique_ptr<iCfMsg> message;
+    std::size_t cost;
+  };
+
   responder& responder_;
   checked_mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::unique_ptr<iCfMsg>> requests_ GUARDED_BY(mutex_);
+  std::deque<queued_request> requests_ GUARDED_BY(mutex_);
+  std::size_t queued_cost_ GUARDED_BY(mutex_) = 0;
   bool ending_ GUARDED_BY(mutex_) = false;
   iCfClientObs* observer_ = nullptr;
   std::thread thread_;

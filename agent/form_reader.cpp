@@ -46,10 +46,13 @@ std::unique_ptr<iCfMsg> decode(const byte_list& form) {
   return message->read(stream) ? std::move(message) : nullptr;
 }
 
-std::unique_ptr<iCfMsg> copy_of(iCfMsg& posted) {
+std::unique_ptr<iCfMsg> copy_of(iCfMsg& posted, std::size_t& form_size) {
   byte_sink sink;
   cfOStream stream = sink.stream();
-  if (posted.write(stream)) return decode(sink.take());
+  const bool has_form = posted.write(stream);
+  const byte_list form = sink.take();
+  form_size = form.size();
+  if (has_form) return decode(form);
   // The one request without a form.
   if (posted.query(CfMsgGetSettings::type_name) != nullptr) return make<CfMsgGetSettings>();
   return nullptr;
@@ -57,9 +60,9 @@ std::unique_ptr<iCfMsg> copy_of(iCfMsg& posted) {
 
 }  // namespace
 
-std::unique_ptr<iCfMsg> take_message(iCfMsg* posted) {
+std::unique_ptr<iCfMsg> take_message(iCfMsg* posted, std::size_t& form_size) {
   if (posted == nullptr) return nullptr;
-  std::unique_ptr<iCfMsg> copy = copy_of(*posted);
+  std::unique_ptr<iCfMsg> copy = copy_of(*posted, form_size);
   posted->release();
   return copy;
 }
