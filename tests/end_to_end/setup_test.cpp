@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -340,6 +341,11 @@ TEST(setup, where_systems_have_roots_doctor_sees_browsers_and_writers_in_them) {
   write_text(m.host(), "#!/bin/sh\nexec yes\n");
   fs::permissions(m.host(), fs::perms::owner_all);
   EXPECT_EQ(doctor(), "manifest-good host-hangs 1") << "it never stops talking";
+  write_text(m.host(), "#!/bin/sh\nsleep 5 2>&1 &\n");
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(doctor(), "manifest-good started 0");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3))
+      << "the output outlives the host";
 
   fs::remove(file);
   fs::create_symlink(m.root() / "nowhere", file);

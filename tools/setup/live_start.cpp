@@ -9,6 +9,9 @@ namespace {
 // A host ends within a second of its input; a slow machine gets some more.
 constexpr std::chrono::seconds patience{5};
 
+// How long its output is waited for before the host itself is looked at.
+constexpr std::chrono::milliseconds read_step{10};
+
 }  // namespace
 
 live_start start_host(const std::string& path, const std::vector<std::string>& arguments) {
@@ -22,11 +25,14 @@ live_start start_host(const std::string& path, const std::vector<std::string>& a
   const auto host = platform::child_process::start(path, arguments, result.error);
   if (host == nullptr) return result;
   host->close_input();
-  // What it has to say is taken, lest a full pipe hold it up, but not without end.
+  // What it has to say is taken, lest a full pipe hold it up, but not without end. Nor up to the
+  // end of the output: an agent that it has started may hold that long after the host is gone.
   char bytes[4096];
-  while (host->read(bytes, sizeof bytes, time_left()).value_or(0) > 0 && time_left().count() > 0) {
-  }
-  result.exit_value = host->wait(time_left());
+  do {
+    const auto count = host->read(bytes, sizeof bytes, std::min(time_left(), read_step));
+    const bool output_ended = count == std::size_t{0};
+    result.exit_value = host->wait(output_ended ? time_left() : std::chrono::milliseconds(0));
+  } while (!result.exit_value.has_value() && time_left().count() > 0);
   result.duration = std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::steady_clock::now() - begin);
   return result;
