@@ -13,7 +13,7 @@ namespace {
 
 constexpr char coffer_file_name[] = "cfagent.json";
 
-class client final : public iCfClient {
+class client final : public implements<client, iCfClient> {
  public:
   explicit client(delivery& d) : delivery_(d) {}
 
@@ -23,7 +23,7 @@ class client final : public iCfClient {
 
   std::int32_t post(iCfMsg* message) override {
     std::size_t form_size = 0;
-    std::unique_ptr<iCfMsg> request = take_message(message, form_size);
+    owned_message request = take_message(message, form_size);
     if (request == nullptr) return 1;
     return delivery_.post(std::move(request), form_size) ? 0 : 1;
   }
@@ -32,7 +32,7 @@ class client final : public iCfClient {
   delivery& delivery_;
 };
 
-class agent final : public cfApi {
+class agent final : public implements<agent, cfApi> {
  public:
   // Null, after a message on standard error, if the coffer's file can't be used.
   static std::unique_ptr<agent> make() {

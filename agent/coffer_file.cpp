@@ -4,9 +4,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "agent/public_suffix.h"
 #include "json/parser.h"
 #include "platform/files.h"
-#include "transport/text.h"
+#include "transport/codecs/text.h"
 
 namespace {
 
@@ -66,10 +67,8 @@ class coffer_reader {
 
   bool read_member(const json_node& member) {
     const std::string_view name = name_of(member);
-    if (name == "locked") {
-      locked_ = member.kind == kind_bool && member.value.boolean != 0;
-      return expect(member, kind_bool, "true or false");
-    }
+    if (name == "locked") return read_flag(member, locked_);
+    if (name == "explain") return read_flag(member, target_.explain);
     if (name == "settings") {
       return expect(member, kind_object, "an object") &&
              each_child(member, &coffer_reader::read_setting);
@@ -78,7 +77,12 @@ class coffer_reader {
       return expect(member, kind_array, "an array") &&
              each_child(member, &coffer_reader::read_login);
     }
-    return unknown(member, "locked, settings and logins");
+    return unknown(member, "locked, explain, settings and logins");
+  }
+
+  bool read_flag(const json_node& member, bool& flag) {
+    flag = member.kind == kind_bool && member.value.boolean != 0;
+    return expect(member, kind_bool, "true or false");
   }
 
   bool read_setting(const json_node& setting) {
@@ -97,19 +101,22 @@ class coffer_reader {
     site_.clear();
     login_ = login();
     if (!each_child(node, &coffer_reader::read_login_member)) return false;
-    if (site_of(site_).empty() || login_.password.empty()) {
+    const std::optional<origin> o = origin_of_site(site_);
+    if (!o || login_.password.empty()) {
       return fail(place_of(node), "a login needs a site and a password");
     }
-    if (target_.find(site_) != nullptr) {
-      return fail(place_of(node), "there is a login for this site already");
+    if (login_.subdomains && is_public_suffix(o->host)) {
+      return fail(place_of(node), "the subdomains of this site belong to different people");
     }
-    return target_.store(site_, login_) ||
+    if (target_.has(*o)) return fail(place_of(node), "there is a login for this site already");
+    return target_.store(*o, login_) ||
            fail(place_of(node), "too many logins, or one that is too long");
   }
 
   bool read_login_member(const json_node& member) {
-    if (!expect(member, kind_string, "a text")) return false;
     const std::string_view name = name_of(member);
+    if (name == "subdomains") return read_flag(member, login_.subdomains);
+    if (!expect(member, kind_string, "a text")) return false;
     if (name == "site") {
       site_ = wide(member);
     } else if (name == "user") {
@@ -117,7 +124,7 @@ class coffer_reader {
     } else if (name == "password") {
       login_.password = wide(member);
     } else {
-      return unknown(member, "site, user and password");
+      return unknown(member, "site, user, password and subdomains");
     }
     return true;
   }
@@ -165,15 +172,20 @@ class coffer_reader {
   std::string problem_;
 };
 
-void fill_with_demo(coffer& target) {
+// Whoever tries the agent wants to see logins filled, unless the file says otherwise.
+void let_fill(coffer& target) {
   target.settings.set(u"pwdman.enabled", u"true");
   target.settings.set(u"pwdman.autofillEnabled", u"true");
-  target.store(u"example.com", {u"demo", u"demo password"});
+}
+
+void fill_with_demo(coffer& target) {
+  target.store({"https", "example.com", 443}, {u"demo", u"demo password"});
 }
 
 }  // namespace
 
 bool load_coffer(const std::string& path, coffer& target, std::string& problem) {
+  let_fill(target);
   if (!platform::look_at(path).exists) {
     fill_with_demo(target);
     return true;

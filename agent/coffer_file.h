@@ -9,9 +9,11 @@
 // for example.com. False for a file that can't be used, with a message in `problem` that names the
 // file and, for faulty content, the line and column.
 //
-// The file is an object with up to three members:
+// The file is an object with up to four members:
 //   "locked"    true or false
-//   "settings"  an object of texts, laid over the defaults
-//   "logins"    an array of objects with the texts "site" (a host or an address), "user",
-//   "password"
+//   "explain"   true or false
+//   "settings"  an object of texts, laid over the defaults, which let the extension fill by itself
+//   "logins"    an array of objects with the texts "site", "user" and "password", and "subdomains",
+//               true or false
+// origin.h tells what a site may be, public_suffix.h which ones have no subdomains of their own.
 bool load_coffer(const std::string& path, coffer& target, std::string& problem);

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "platform/library_threads.h"
+#include "messages/library/library_threads.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ bool delivery::start(iCfClientObs* observer) {
   return true;
 }
 
-bool delivery::post(std::unique_ptr<iCfMsg> request, std::size_t form_size) {
+bool delivery::post(owned_message request, std::size_t form_size) {
   if (observer_ == nullptr || (!thread_.joinable() && !start_thread())) return false;
   const std::size_t cost = form_size + request_cost;
   {
@@ -45,7 +45,7 @@ bool delivery::post(std::unique_ptr<iCfMsg> request, std::size_t form_size) {
 }
 
 bool delivery::start_thread() {
-  if (!platform::prepare_for_threads()) return false;
+  if (!prepare_for_threads()) return false;
   try {
     thread_ = std::thread([this] { run(*observer_); });
   } catch (const std::system_error&) {
@@ -55,14 +55,14 @@ bool delivery::start_thread() {
 }
 
 void delivery::run(iCfClientObs& observer) {
-  while (const std::unique_ptr<iCfMsg> request = next()) {
+  while (const owned_message request = next()) {
     // Neither lives through the wait, so that no secret lies in memory longer than it is needed.
     if (const auto object = responder_.respond(*request)) observer.notify(object.get());
   }
 }
 
 // Waits for the next request; null at the end.
-std::unique_ptr<iCfMsg> delivery::next() {
+owned_message delivery::next() {
   checked_lock lock(mutex_);
   changed_.wait(lock.native(), [this]() REQUIRES(mutex_) { return ending_ || !requests_.empty(); });
   if (ending_) return nullptr;

@@ -36,15 +36,15 @@ class delivery {
 
   // Queues a request whose form has so many bytes. False without an observer, or if the system
   // refuses the thread.
-  bool post(std::unique_ptr<iCfMsg> request, std::size_t form_size);
+  bool post(owned_message request, std::size_t form_size);
 
  private:
   bool start_thread();
   void run(iCfClientObs& observer);
-  std::unique_ptr<iCfMsg> next();
+  owned_message next();
 
   struct queued_request {
-    std::unique_ptr<iCfMsg> message;
+    owned_message message;
     std::size_t cost;
   };
 

@@ -1,22 +1,22 @@
 #include "agent/form_reader.h"
 
-#include "agent/byte_sink.h"
 #include "messages/commands.h"
+#include "messages/library/byte_sink.h"
 #include "messages/website.h"
 
 namespace {
 
 struct form_type {
   cfName name;
-  std::unique_ptr<iCfMsg> (*make)();
+  owned_message (*make)();
 };
 
 template <class Message>
-std::unique_ptr<iCfMsg> make() {
-  return std::make_unique<Message>();
+owned_message make() {
+  return make_owned<Message>();
 }
 
-std::unique_ptr<iCfMsg> make_console() { return std::make_unique<CfMsgRunConsole>(0); }
+owned_message make_console() { return make_owned<CfMsgRunConsole>(0U); }
 
 constexpr form_type form_types[] = {
     {CfMsgWebsite::type_name, make<CfMsgWebsite>},
@@ -30,7 +30,7 @@ cfIStream stream_over(const byte_list& bytes) {
 }
 
 // An empty message of the type that the form begins with, or null.
-std::unique_ptr<iCfMsg> message_for(const byte_list& form) {
+owned_message message_for(const byte_list& form) {
   cfIStream stream = stream_over(form);
   const payload_text type = stream.readWide();
   for (const form_type& known : form_types) {
@@ -39,14 +39,14 @@ std::unique_ptr<iCfMsg> message_for(const byte_list& form) {
   return nullptr;
 }
 
-std::unique_ptr<iCfMsg> decode(const byte_list& form) {
-  std::unique_ptr<iCfMsg> message = message_for(form);
+owned_message decode(const byte_list& form) {
+  owned_message message = message_for(form);
   if (message == nullptr) return nullptr;
   cfIStream stream = stream_over(form);
   return message->read(stream) ? std::move(message) : nullptr;
 }
 
-std::unique_ptr<iCfMsg> copy_of(iCfMsg& posted, std::size_t& form_size) {
+owned_message copy_of(iCfMsg& posted, std::size_t& form_size) {
   byte_sink sink;
   cfOStream stream = sink.stream();
   const bool has_form = posted.write(stream);
@@ -60,9 +60,9 @@ std::unique_ptr<iCfMsg> copy_of(iCfMsg& posted, std::size_t& form_size) {
 
 }  // namespace
 
-std::unique_ptr<iCfMsg> take_message(iCfMsg* posted, std::size_t& form_size) {
+owned_message take_message(iCfMsg* posted, std::size_t& form_size) {
   if (posted == nullptr) return nullptr;
-  std::unique_ptr<iCfMsg> copy = copy_of(*posted, form_size);
+  owned_message copy = copy_of(*posted, form_size);
   posted->release();
   return copy;
 }

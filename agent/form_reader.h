@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
-#include "messages/message.h"
+#include "messages/library/received_object.h"
 
 // Asks the posted message for its form and gives a copy read back from those bytes. Takes over the
 // caller's reference: the posted object isn't touched after the call. Null for a message that can't
 // be copied, because its type is unknown here or its form isn't whole. `form_size` becomes the
 // number of bytes of its form.
-std::unique_ptr<iCfMsg> take_message(iCfMsg* posted, std::size_t& form_size);
+owned_message take_message(iCfMsg* posted, std::size_t& form_size);

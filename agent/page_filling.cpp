@@ -1,50 +1,54 @@
 #include "agent/page_filling.h"
 
+#include <cstdio>
+
+#include "agent/explanation.h"
+
 namespace {
 
-wide_view value_of(const propsW_t& bag, const wide_char* key) { return bag.get(key, u""); }
-
-// Page authors write types and truth values in letters of either case.
-bool equals(wide_view text, wide_view small_letters) {
-  if (text.size() != small_letters.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool capital = text[i] >= u'A' && text[i] <= u'Z';
-    if ((capital ? text[i] - u'A' + u'a' : text[i]) != small_letters[i]) return false;
+// The one input that has `value` under `key`; nothing if several do.
+std::optional<position> only_input(const CfMsgWebsite& page, const wide_char* key,
+                                   wide_view value) {
+  std::optional<position> found;
+  for (position i = 0; i < page.inputs.size(); ++i) {
+    if (value_of(page.inputs[i], key) != value) continue;
+    if (found) return std::nullopt;
+    found = i;
   }
-  return true;
+  return found;
 }
 
-bool is_password(const propsW_t& input) { return equals(value_of(input, u"type"), u"password"); }
-
-bool is_user(const propsW_t& input) {
-  const wide_view type = value_of(input, u"type");
-  return equals(type, u"text") || equals(type, u"email");
+// The input that the user points at, if it can be told from the others.
+std::optional<position> pointed_input(const CfMsgWebsite& page) {
+  const wide_view name = value_of(page.props, u"click-source");
+  if (value_of(page.props, u"user-state") != u"drop-down" || name.empty()) return std::nullopt;
+  const std::optional<position> by_id = only_input(page, u"id", name);
+  return by_id ? by_id : only_input(page, u"name", name);
 }
 
-bool is_readonly(const propsW_t& input) {
-  const wide_view text = value_of(input, u"readonly");
-  return !text.empty() && !equals(text, u"false") && text != u"0";
+// What of a login an input may have if the user wants it there.
+filling part_for(field_kind kind) {
+  const bool is_current = kind == field_kind::password || kind == field_kind::current_password;
+  if (is_current) return filling::password;
+  return fitness_for_user(kind) > 0 ? filling::user : filling::none;
 }
 
-// The two inputs, as positions in the page's list; the end of the list where there is none.
-template <class Iterator>
-struct login_inputs {
-  Iterator user;
-  Iterator password;
-};
+void fill_form(const page_form& form, std::vector<filling>& fillings) {
+  if (form.user) fillings[*form.user] = filling::user;
+  if (form.password) fillings[*form.password] = filling::password;
+}
 
-template <class List, class Filter>
-auto find_login_inputs(List& inputs, Filter counts) {
-  auto first_user = inputs.end();
-  auto last_user = inputs.end();
-  for (auto input = inputs.begin(); input != inputs.end(); ++input) {
-    if (!counts(*input)) continue;
-    if (is_password(*input)) return login_inputs<decltype(input)>{last_user, input};
-    if (!is_user(*input)) continue;
-    last_user = input;
-    if (first_user == inputs.end()) first_user = input;
-  }
-  return login_inputs<decltype(first_user)>{first_user, inputs.end()};
+// The user knows the one input; of the others of its form only those that don't contradict.
+void fill_around(position pointed, const page_reading& reading, std::vector<filling>& fillings) {
+  const filling part = part_for(reading.fields[pointed].kind);
+  if (part == filling::none) return;
+  page_form form = reading.form_of(pointed);
+  (part == filling::user ? form.user : form.password) = pointed;
+  fill_form(form, fillings);
+}
+
+bool is_for_login(page_kind kind) {
+  return kind == page_kind::login || kind == page_kind::change_password;
 }
 
 void set_input(propsW_t& input, const wide_char* schema, const wide_string& value) {
@@ -59,21 +63,29 @@ void forget_answer(propsW_t& input) {
   input.set(u"cf-value", u"", true);
 }
 
-}  // namespace
-
-bool is_submitted(const CfMsgWebsite& page) {
-  return !value_of(page.props, u"submit-source").empty() ||
-         value_of(page.props, u"source-event") == u"submit";
+void fill_inputs(CfMsgWebsite& page, const std::vector<filling>& fillings, const login& entry) {
+  for (position i = 0; i < fillings.size(); ++i) {
+    if (fillings[i] == filling::user) set_input(page.inputs[i], u"user", entry.user);
+    if (fillings[i] == filling::password) set_input(page.inputs[i], u"password", entry.password);
+  }
 }
 
-std::optional<login> typed_login(const CfMsgWebsite& page) {
-  const auto has_value = [](const propsW_t& input) { return !value_of(input, u"value").empty(); };
-  const auto found = find_login_inputs(page.inputs, has_value);
-  if (found.password == page.inputs.end()) return std::nullopt;
-  login typed;
-  typed.password = value_of(*found.password, u"value");
-  if (found.user != page.inputs.end()) typed.user = value_of(*found.user, u"value");
-  return typed;
+}  // namespace
+
+std::vector<filling> decide(const CfMsgWebsite& page, const page_reading& reading) {
+  std::vector<filling> fillings(reading.fields.size());
+  const std::optional<position> pointed = pointed_input(page);
+  if (pointed && *pointed < fillings.size()) {
+    fill_around(*pointed, reading, fillings);
+  } else {
+    for (const page_form& form : reading.forms) {
+      if (is_for_login(form.kind)) fill_form(form, fillings);
+    }
+  }
+  for (position i = 0; i < fillings.size(); ++i) {
+    if (!reading.fields[i].editable) fillings[i] = filling::none;
+  }
+  return fillings;
 }
 
 void fill_page(CfMsgWebsite& page, const coffer& store) {
@@ -82,9 +94,12 @@ void fill_page(CfMsgWebsite& page, const coffer& store) {
     if (store.locked()) input.set(u"value", u"", true);
   }
   const login* const entry = store.find(value_of(page.props, u"source"));
-  if (entry == nullptr) return;
-  const auto found =
-      find_login_inputs(page.inputs, [](const propsW_t& input) { return !is_readonly(input); });
-  if (found.user != page.inputs.end()) set_input(*found.user, u"user", entry->user);
-  if (found.password != page.inputs.end()) set_input(*found.password, u"password", entry->password);
+  if (entry == nullptr && !store.explain) return;
+  const page_reading reading = read_page(page);
+  const std::vector<filling> fillings = decide(page, reading);
+  if (store.explain) {
+    const std::string lines = explanation(page, reading, fillings, entry != nullptr);
+    std::fwrite(lines.data(), 1, lines.size(), stderr);
+  }
+  if (entry != nullptr) fill_inputs(page, fillings, *entry);
 }

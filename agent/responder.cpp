@@ -1,7 +1,7 @@
 #include "agent/responder.h"
 
 #include "agent/page_filling.h"
-#include "agent/received_objects.h"
+#include "agent/typed_login.h"
 
 namespace {
 
@@ -39,9 +39,9 @@ wide_string console_id(std::uint32_t number) {
 
 }  // namespace
 
-std::unique_ptr<iCfMsg> responder::greet() { return state(false); }
+owned_message responder::greet() { return state(false); }
 
-std::unique_ptr<iCfMsg> responder::respond(iCfMsg& request) {
+owned_message responder::respond(iCfMsg& request) {
   if (auto* const page = as<CfMsgWebsite>(request)) return answer_page(*page);
   if (const auto* const console = as<CfMsgRunConsole>(request)) return open_console(*console);
   if (const auto* const command = as<CfMsgCfDbCmd>(request)) return run_command(*command);
@@ -55,26 +55,28 @@ std::unique_ptr<iCfMsg> responder::respond(iCfMsg& request) {
 }
 
 // The agent lives in the host's process and has no id of its own to report.
-std::unique_ptr<iCfMsg> responder::state(bool changed) const {
-  auto data = std::make_unique<CfMsgCofferData>();
-  data->fUpdate = changed ? 1 : 0;
-  data->agStatus = agent_running;
-  data->dbStatus = coffer_.locked() ? db_locked : db_unlocked;
-  data->settings.assign(coffer_.settings);
-  data->default_settings.assign(CfDummySettings());
-  return data;
+owned_message responder::state(bool changed) const {
+  auto state = make_owned<received_object<coffer_data_record>>();
+  coffer_data_record& data = state->record;
+  data.fUpdate = changed ? 1 : 0;
+  data.agStatus = agent_running;
+  data.dbStatus = coffer_.locked() ? db_locked : db_unlocked;
+  data.settings.assign(coffer_.settings);
+  data.default_settings.assign(CfDummySettings());
+  return state;
 }
 
-std::unique_ptr<iCfMsg> responder::settings() const {
-  auto values = std::make_unique<CfMsgSetValues>();
-  values->settings.assign(CfDummySettings());
-  values->settings.merge(coffer_.settings);
+owned_message responder::settings() const {
+  auto values = make_owned<received_object<set_values_record>>();
+  values->record.has_settings = 1;
+  values->record.settings.assign(CfDummySettings());
+  values->record.settings.merge(coffer_.settings);
   return values;
 }
 
 // A drop-down is one whatever else the page says; then a page that wants to go to a login; any
 // other page may have been submitted. All are answered with the page as the coffer fills it.
-std::unique_ptr<iCfMsg> responder::answer_page(CfMsgWebsite& page) {
+owned_message responder::answer_page(CfMsgWebsite& page) {
   const cfName* outer = nullptr;
   if (wide_view(page.props.get(u"user-state", u"")) == u"drop-down") {
     outer = &website_response_name;
@@ -82,13 +84,13 @@ std::unique_ptr<iCfMsg> responder::answer_page(CfMsgWebsite& page) {
     outer = &website_navigate_name;
   } else if (is_submitted(page)) {
     const std::optional<login> typed = typed_login(page);
-    if (typed) coffer_.store(page.props.get(u"source", u""), *typed);
+    if (typed) coffer_.keep_typed(page.props.get(u"source", u""), *typed);
   }
   fill_page(page, coffer_);
   return carry(page, outer);
 }
 
-std::unique_ptr<iCfMsg> responder::open_console(const CfMsgRunConsole& request) {
+owned_message responder::open_console(const CfMsgRunConsole& request) {
   const wide_char* const address = console_address(request.consoleCode);
   if (address == nullptr) return nullptr;
   CfMsgOpenUrl message;
@@ -97,7 +99,7 @@ std::unique_ptr<iCfMsg> responder::open_console(const CfMsgRunConsole& request) 
   return carry(message);
 }
 
-std::unique_ptr<iCfMsg> responder::run_command(const CfMsgCfDbCmd& request) {
+owned_message responder::run_command(const CfMsgCfDbCmd& request) {
   if (request.command != lock_command) return nullptr;
   coffer_.lock();
   return state(true);

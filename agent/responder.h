@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "agent/coffer.h"
 #include "messages/commands.h"
+#include "messages/library/received_object.h"
 #include "messages/website.h"
 
 class responder {
@@ -13,18 +13,18 @@ class responder {
   explicit responder(coffer& store) : coffer_(store) {}
 
   // The object for the first `notify`: the coffer's state.
-  std::unique_ptr<iCfMsg> greet();
+  owned_message greet();
 
   // Does what the request asks for and gives the object to notify of. Null if there is nothing to
   // say.
-  std::unique_ptr<iCfMsg> respond(iCfMsg& request);
+  owned_message respond(iCfMsg& request);
 
  private:
-  std::unique_ptr<iCfMsg> state(bool changed) const;
-  std::unique_ptr<iCfMsg> settings() const;
-  std::unique_ptr<iCfMsg> answer_page(CfMsgWebsite& page);
-  std::unique_ptr<iCfMsg> open_console(const CfMsgRunConsole& request);
-  std::unique_ptr<iCfMsg> run_command(const CfMsgCfDbCmd& request);
+  owned_message state(bool changed) const;
+  owned_message settings() const;
+  owned_message answer_page(CfMsgWebsite& page);
+  owned_message open_console(const CfMsgRunConsole& request);
+  owned_message run_command(const CfMsgCfDbCmd& request);
 
   coffer& coffer_;
   std::uint32_t consoles_opened_ = 0;

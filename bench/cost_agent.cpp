@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "messages/agent_interface.h"
-#include "messages/records.h"
+#include "messages/library/received_object.h"
 #include "platform/exported.h"
 #include "platform/module_folder.h"
 
 namespace {
 
-class dropping_sink final : public cfSink {
+class dropping_sink final : public implements<dropping_sink, cfSink> {
  public:
   bool write_bytes(const void* bytes, std::uint64_t size) override {
     if (size > bytes_.size() - used_) bytes_.resize(2 * (used_ + size));
@@ -31,28 +31,9 @@ class dropping_sink final : public cfSink {
   std::size_t used_ = 0;
 };
 
-// A received object that carries one payload.
-class carrier final : public iCfMsg {
+class cost_client final : public implements<cost_client, iCfClient> {
  public:
-  explicit carrier(const std::string& payload)
-      : bytes_(npc_packet::payload_offset + payload.size()), packet_(bytes_.data()) {
-    const auto length = static_cast<std::int32_t>(payload.size());
-    std::memcpy(&bytes_[npc_packet::length_offset], &length, sizeof length);
-    std::memcpy(bytes_.data() + npc_packet::payload_offset, payload.data(), payload.size());
-  }
-  std::int32_t release() override { return iCfMsg::release(); }
-  void* query(const cfName& n) override { return n == npc_name ? record() : iCfMsg::query(n); }
-
- private:
-  void* record() { return reinterpret_cast<unsigned char*>(&packet_) - npc_record::packet_offset; }
-
-  std::vector<unsigned char> bytes_;
-  const unsigned char* packet_;
-};
-
-class cost_client final : public iCfClient {
- public:
-  ~cost_client() override { std::ofstream(platform::module_folder() + "built") << built_; }
+  ~cost_client() { std::ofstream(platform::module_folder() + "built") << built_; }
 
   std::int32_t addObserver(iCfClientObs* observer) override {
     const std::string folder = platform::module_folder();
@@ -60,7 +41,9 @@ class cost_client final : public iCfClient {
     std::ifstream(folder + "count") >> count;
     if (count == 0) return 0;
     std::ifstream file(folder + "payload", std::ios::binary);
-    carrier object(std::string(std::istreambuf_iterator<char>(file), {}));
+    byte_list packet(sizeof(npc_packet));
+    packet.insert(packet.end(), std::istreambuf_iterator<char>(file), {});
+    carried_form object(std::move(packet));
     while (count-- > 0) observer->notify(&object);
     return 0;
   }
@@ -78,7 +61,7 @@ class cost_client final : public iCfClient {
   std::size_t built_ = 0;
 };
 
-class cost_api final : public cfApi {
+class cost_api final : public implements<cost_api, cfApi> {
  public:
   void* getInterface(const cfName& name) override {
     return name == client_interface ? &client_ : nullptr;

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds patience{10};
+constexpr std::chrono::seconds timeout{10};
 
 [[noreturn]] void give_up(const std::string& what) {
   std::fprintf(stderr, "host_latency: %s\n", what.c_str());
@@ -50,10 +50,10 @@ moments host_probe::receive() {
   nanoseconds received{};
   for (;;) {
     while (const auto text = splitter_.next()) {
-      envelope e;
+      parsed_envelope e;
       std::string message;
       std::string error;
-      if (!read_envelope(*text, e, error)) give_up(error);
+      if (!parse_envelope(*text, e, error)) give_up(error);
       const join_result result = joiner_.add(e, message, error);
       if (result == join_result::refused) give_up(error);
       if (result != join_result::complete) continue;
@@ -61,7 +61,7 @@ moments host_probe::receive() {
       m.received = received;
       return m;
     }
-    const auto count = host_->read(bytes, sizeof bytes, patience);
+    const auto count = host_->read(bytes, sizeof bytes, timeout);
     if (!count || *count == 0) give_up("the host doesn't answer");
     if (received == nanoseconds{}) received = now();
     splitter_.feed({bytes, *count});
@@ -74,6 +74,6 @@ std::size_t host_probe::resident_memory() const {
 
 void host_probe::finish() {
   host_->close_input();
-  const auto exit_value = host_->wait(patience);
+  const auto exit_value = host_->wait(timeout);
   if (!exit_value || *exit_value != 0) give_up("the host didn't end well");
 }

@@ -19,7 +19,7 @@ namespace {
 
 using steady = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::seconds timeout{60};
 
 // What a host may grow by once it has seen every size of page: pages of the allocator's that stay
 // in use by chance.
@@ -71,8 +71,7 @@ class soaked_host {
     request_cutter cutter(page(number), std::to_string(number), max_request_envelope);
     std::string frames;
     for (std::string envelope; cutter.next(envelope);) frames += make_frame(envelope);
-    if (!host_->write(frames.data(), frames.size(), patience))
-      give_up("a host takes no more input");
+    if (!host_->write(frames.data(), frames.size(), timeout)) give_up("a host takes no more input");
   }
 
   // Takes the notification that the page `number` makes.
@@ -98,7 +97,7 @@ class soaked_host {
 
   void finish() {
     host_->close_input();
-    if (host_->wait(patience) != 0) give_up("a host didn't end well");
+    if (host_->wait(timeout) != 0) give_up("a host didn't end well");
   }
 
  private:
@@ -107,14 +106,14 @@ class soaked_host {
     char bytes[65536];
     for (;;) {
       while (const auto text = splitter_.next()) {
-        envelope e;
+        parsed_envelope e;
         std::string message, error;
-        if (!read_envelope(*text, e, error)) give_up(error);
+        if (!parse_envelope(*text, e, error)) give_up(error);
         const join_result result = joiner_.add(e, message, error);
         if (result == join_result::refused) give_up(error);
         if (result == join_result::complete) return message;
       }
-      const auto count = host_->read(bytes, sizeof bytes, patience);
+      const auto count = host_->read(bytes, sizeof bytes, timeout);
       if (!count || *count == 0) give_up("a host doesn't answer " + splitter_.complaint());
       splitter_.feed({bytes, *count});
     }

@@ -12,7 +12,7 @@
 #include "bench/workload.h"
 #include "json/parser.h"
 #include "platform/platform.h"
-#include "transport/base64.h"
+#include "transport/codecs/base64.h"
 
 namespace {
 

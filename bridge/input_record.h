@@ -1,6 +1,7 @@
 // One form input on its way between JSON and a property bag, in either direction.
 #pragma once
 
+#include "bridge/field_order.h"
 #include "json/writer.h"
 #include "messages/property_bag.h"
 
@@ -37,8 +38,8 @@ inline constexpr input_field input_fields[] = {
     {&input_record::dbvalue, "dbvalue", u"cf-value"},
 };
 
-// The same fields by bag key, as indices: the order in which a bag is filled and read.
-inline constexpr std::size_t input_fields_by_bag_key[] = {7, 8, 5, 6, 3, 0, 4, 2, 1};
+inline constexpr auto input_fields_by_bag_key =
+    order_by_bag_key<std::size(input_fields)>(input_fields);
 
 // Enters all nine fields, empty ones too.
 void store_input_record(const input_record& record, text_map::filler& bag);

@@ -1,21 +1,31 @@
 #include "bridge/notify_gate.h"
 
+#include <thread>
+
 bool notify_gate::enter() {
-  const checked_lock lock(mutex_);
-  if (closed_) return false;
-  ++inside_;
-  return true;
+  std::uint32_t state = state_.load(std::memory_order_relaxed);
+  while ((state & closed_mark) == 0) {
+    if (state_.compare_exchange_weak(state, state + 1, std::memory_order_acquire)) return true;
+  }
+  // Who tries again and again leaves the processor to those inside.
+  std::this_thread::yield();
+  return false;
 }
 
+// The last step after the closing is under the lock: once the closer has seen an empty gate, nobody
+// is on the way to wake it.
 void notify_gate::leave() {
-  const checked_lock lock(mutex_);
-  --inside_;
-  if (closed_ && inside_ == 0) emptied_.notify_all();
+  std::uint32_t state = state_.load(std::memory_order_relaxed);
+  while ((state & closed_mark) == 0) {
+    if (state_.compare_exchange_weak(state, state - 1, std::memory_order_release)) return;
+  }
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (state_.fetch_sub(1, std::memory_order_release) == closed_mark + 1) emptied_.notify_all();
 }
 
-bool notify_gate::close(std::chrono::milliseconds patience) {
-  checked_lock lock(mutex_);
-  closed_ = true;
-  return emptied_.wait_for(lock.native(), patience,
-                           [this]() REQUIRES(mutex_) { return inside_ == 0; });
+bool notify_gate::close(std::chrono::milliseconds timeout) {
+  std::unique_lock<std::mutex> lock(mutex_);
+  state_.fetch_or(closed_mark, std::memory_order_relaxed);
+  return emptied_.wait_for(
+      lock, timeout, [this] { return state_.load(std::memory_order_acquire) == closed_mark; });
 }

@@ -7,45 +7,30 @@
 
 namespace {
 
-struct page_string {
+// A string of the page: its field, its JSON key, and its key in the bag, empty where it goes
+// elsewhere.
+struct page_field {
   wide_view page_record::*member;
   json_name json_key;
-};
-
-constexpr page_string page_strings[] = {
-    {&page_record::sender, "sender"},
-    {&page_record::source, "source"},
-    {&page_record::title, "title"},
-    {&page_record::user_state, "user_state"},
-    {&page_record::document_state, "document_state"},
-    {&page_record::context, "context"},
-    {&page_record::before_url, "before_url"},
-    {&page_record::after_url, "after_url"},
-    {&page_record::source_event, "source_event"},
-    {&page_record::source_context, "source_context"},
-    {&page_record::click_source, "click_source"},
-    {&page_record::submit_source, "submit_source"},
-};
-
-struct page_property {
-  wide_view page_record::*member;
   wide_view bag_key;
 };
 
-// In the order of a bag.
-constexpr page_property page_properties[] = {
-    {&page_record::after_url, u"after-url"},
-    {&page_record::before_url, u"before-url"},
-    {&page_record::click_source, u"click-source"},
-    {&page_record::context, u"context"},
-    {&page_record::document_state, u"document-state"},
-    {&page_record::source, u"source"},
-    {&page_record::source_context, u"source-context"},
-    {&page_record::source_event, u"source-event"},
-    {&page_record::submit_source, u"submit-source"},
-    {&page_record::title, u"title"},
-    {&page_record::user_state, u"user-state"},
+constexpr page_field page_fields[] = {
+    {&page_record::sender, "sender", u""},
+    {&page_record::source, "source", u"source"},
+    {&page_record::title, "title", u"title"},
+    {&page_record::user_state, "user_state", u"user-state"},
+    {&page_record::document_state, "document_state", u"document-state"},
+    {&page_record::context, "context", u"context"},
+    {&page_record::before_url, "before_url", u"before-url"},
+    {&page_record::after_url, "after_url", u"after-url"},
+    {&page_record::source_event, "source_event", u"source-event"},
+    {&page_record::source_context, "source_context", u"source-context"},
+    {&page_record::click_source, "click_source", u"click-source"},
+    {&page_record::submit_source, "submit_source", u"submit-source"},
 };
+
+constexpr auto page_fields_by_bag_key = order_by_bag_key<std::size(page_fields) - 1>(page_fields);
 
 struct page_flag {
   std::int32_t page_record::*member;
@@ -60,7 +45,8 @@ constexpr page_flag page_flags[] = {
 
 constexpr wide_view navigate_login_key = u"navigate-login";
 
-constexpr std::size_t most_page_properties = std::size(page_properties) + std::size(page_flags) + 1;
+constexpr std::size_t most_page_properties =
+    page_fields_by_bag_key.size() + std::size(page_flags) + 1;
 
 // Room for the properties that aren't there as a rule, keys included.
 constexpr std::size_t rare_property_units = 64;
@@ -85,9 +71,8 @@ bool to_wide(wide_view& target, const json_node& text, text_map::filler& bag) {
 // What the values of an object's strings can take in a bag.
 std::size_t units_of_strings(const json_node& object) {
   std::size_t units = 0;
-  for (const json_node* member = object.first_child; member != nullptr;
-       member = member->next_sibling) {
-    if (member->kind == kind_string) units += std::size_t{member->text_length} + 1;
+  for (const json_node& member : children_of(object)) {
+    if (member.kind == kind_string) units += std::size_t{member.text_length} + 1;
   }
   return units;
 }
@@ -110,19 +95,17 @@ void fill_input(const json_node& input, propsW_t& props) {
   text_map::filler bag = props.fill(std::size(input_fields), units_of_strings(input));
   input_record record;
   std::size_t next = 0;
-  for (const json_node* member = input.first_child; member != nullptr;
-       member = member->next_sibling) {
-    if (member->name != nullptr) take_field(*member, input_fields, next, record, bag);
+  for (const json_node& member : children_of(input)) {
+    if (member.name != nullptr) take_field(member, input_fields, next, record, bag);
   }
   store_input_record(record, bag);
 }
 
 void take_inputs(const json_node& member, CfMsgWebsite& message) {
   if (member.kind != kind_array) return;
-  for (const json_node* element = member.first_child; element != nullptr;
-       element = element->next_sibling) {
+  for (const json_node& element : children_of(member)) {
     if (message.inputs.size() == max_listed_bags) return;
-    if (element->kind == kind_object) fill_input(*element, message.inputs.emplace_back());
+    if (element.kind == kind_object) fill_input(element, message.inputs.emplace_back());
   }
 }
 
@@ -160,11 +143,10 @@ bool page_json_to_website(const json_node* node, CfMsgWebsite* message) {
       message->props.fill(most_page_properties, units_of_strings(*node) + rare_property_units);
   page_record record;
   std::size_t next = 0;
-  for (const json_node* member = node->first_child; member != nullptr;
-       member = member->next_sibling) {
-    if (member->name == nullptr) continue;
-    if (take_field(*member, page_strings, next, record, bag)) continue;
-    take_rare_member(*member, record, bag, *message);
+  for (const json_node& member : children_of(*node)) {
+    if (member.name == nullptr) continue;
+    if (take_field(member, page_fields, next, record, bag)) continue;
+    take_rare_member(member, record, bag, *message);
   }
   store_page_record(record, bag);
   store_rare_properties(record, message->props);
@@ -181,5 +163,7 @@ bool take_string_member(const json_node& member, const char* key, wide_view& tar
 }
 
 void store_page_record(const page_record& record, text_map::filler& bag) {
-  for (const page_property& entry : page_properties) bag.add(entry.bag_key, record.*entry.member);
+  for (const std::size_t index : page_fields_by_bag_key) {
+    bag.add(page_fields[index].bag_key, record.*page_fields[index].member);
+  }
 }

@@ -37,5 +37,5 @@ bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 bool take_string_member(const json_node& member, const char* key, wide_view& target,
                         text_map::filler& bag);
 
-// Enters the eleven strings that are no flags and not the sender's, empty ones too.
+// Enters the eleven strings that have a key in the bag, empty ones too. Flags go elsewhere.
 void store_page_record(const page_record& record, text_map::filler& bag);

@@ -2,8 +2,7 @@
 
 #include "bridge/input_record.h"
 #include "json/writer.h"
-#include "messages/records.h"
-#include "transport/text.h"
+#include "transport/codecs/text.h"
 
 namespace {
 
@@ -47,14 +46,18 @@ pair_stream& render_settings(pair_stream& stream, const CfSettings& settings) {
   return stream;
 }
 
-pair_stream& render_coffer_data(pair_stream& stream, const void* data) {
-  using namespace coffer_data_record;
-  json_put_int(stream, "fUpdate", record_int(data, fUpdate_offset));
-  json_put_int(stream, "flags", record_int(data, flags_offset));
-  json_put_int(stream, "agPid", record_int(data, agPid_offset));
-  json_put_int(stream, "agStatus", record_int(data, agStatus_offset));
-  json_put_int(stream, "dbStatus", record_int(data, dbStatus_offset));
-  render_bag(stream, "settings", record_settings(data, settings_offset));
-  render_bag(stream, "default_settings", record_settings(data, default_settings_offset));
+pair_stream& render_coffer_data(pair_stream& stream, const coffer_data_record& data) {
+  json_put_int(stream, "fUpdate", data.fUpdate);
+  json_put_int(stream, "flags", data.flags);
+  json_put_int(stream, "agPid", data.agPid);
+  json_put_int(stream, "agStatus", data.agStatus);
+  json_put_int(stream, "dbStatus", data.dbStatus);
+  render_bag(stream, "settings", data.settings);
+  render_bag(stream, "default_settings", data.default_settings);
   return stream;
+}
+
+pair_stream& render_open_url(pair_stream& stream, const CfMsgOpenUrl& message) {
+  json_put_wide(stream, "url", message.url);
+  return json_put_wide(stream, "uuid", message.uuid);
 }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "json/pair_stream.h"
+#include "messages/commands.h"
+#include "messages/records.h"
 #include "messages/settings.h"
 #include "messages/website.h"
 
@@ -13,5 +15,8 @@ pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message);
 // Every setting, in key order.
 pair_stream& render_settings(pair_stream& stream, const CfSettings& settings);
 
-// The five numbers and two settings bags of a "msg::CfMsgCofferData" record.
-pair_stream& render_coffer_data(pair_stream& stream, const void* data);
+// The five numbers and two settings bags of the record.
+pair_stream& render_coffer_data(pair_stream& stream, const coffer_data_record& data);
+
+// The URL and the identifier that goes with it.
+pair_stream& render_open_url(pair_stream& stream, const CfMsgOpenUrl& message);

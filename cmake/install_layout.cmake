@@ -1,27 +1,31 @@
-# Where an installed tree has what. The host gets a folder of its own: the agent library lies beside
+# Where an installed tree has what. The host gets a folder of its own: the client library lies beside
 # it, and nothing else must.
 
 if(WIN32)
-  set(CFHOST_PROGRAM_DIR ${CMAKE_INSTALL_BINDIR})
+  # All in one folder, as it is usual there.
+  set(CMAKE_INSTALL_BINDIR .)
+  set(CFHOST_PROGRAM_DIR .)
 else()
   # For programs that other programs start. The companion programs look for the host here.
   set(CFHOST_PROGRAM_DIR libexec/cfhost)
 endif()
 
-# Compresses and installs the manual pages of packaging/man.
-function(install_manual_pages)
+# Compresses and installs the files that match `pattern`, for a component of the installation.
+function(install_compressed pattern destination component)
   find_program(GZIP gzip REQUIRED)
-  file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/packaging/man/*.1)
-  foreach(page IN LISTS pages)
-    get_filename_component(name ${page} NAME)
-    set(compressed ${CMAKE_CURRENT_BINARY_DIR}/man/${name}.gz)
+  set(folder ${CMAKE_CURRENT_BINARY_DIR}/compressed/${component})
+  file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${pattern})
+  foreach(file IN LISTS files)
+    get_filename_component(name ${file} NAME)
+    set(compressed ${folder}/${name}.gz)
     # -n leaves out the time stamp: two builds give the same bytes.
     add_custom_command(OUTPUT ${compressed}
-      COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_CURRENT_BINARY_DIR}/man
-      COMMAND ${GZIP} -9 -n -c ${page} > ${compressed}
-      DEPENDS ${page})
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+      COMMAND ${GZIP} -9 -n -c ${file} > ${compressed}
+      DEPENDS ${file})
     list(APPEND all_compressed ${compressed})
   endforeach()
-  add_custom_target(manual_pages ALL DEPENDS ${all_compressed})
-  install(FILES ${all_compressed} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT host)
+  string(MAKE_C_IDENTIFIER "compressed ${pattern} ${component}" target)
+  add_custom_target(${target} ALL DEPENDS ${all_compressed})
+  install(FILES ${all_compressed} DESTINATION ${destination} COMPONENT ${component} ${ARGN})
 endfunction()

@@ -1,40 +1,60 @@
-# Packages of what gets installed: cpack -G DEB, or for Windows cpack -G ZIP, in a build folder.
+# What a package holds beside the programs, and the Debian packages: scripts/package makes them.
 
-if(NOT WIN32)
-  install_manual_pages()
-  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/cfhost COMPONENT host
-          FILES_MATCHING PATTERN "*.md")
-  # Where cfsetup install --system registers the host. Removing the package removes what is empty.
-  foreach(folder /etc/chromium /etc/opt/chrome /etc/opt/edge /etc/opt/vivaldi /usr/lib/mozilla)
-    install(DIRECTORY DESTINATION ${folder}/native-messaging-hosts COMPONENT host
-            EXCLUDE_FROM_ALL)
+set(CFHOST_EXTENSION_IDS "" CACHE STRING
+    "Extensions that the Debian package registers the host for when it is installed, separated by ;")
+
+set(doc ${CMAKE_INSTALL_DATADIR}/doc)
+if(WIN32)
+  # Whoever unpacks the archive finds all that is meant for him at its root.
+  install(FILES packaging/windows/README.txt COMPONENT host DESTINATION .)
+  install(FILES LICENSE COMPONENT host DESTINATION . RENAME LICENSE.txt)
+  install(DIRECTORY docs/ COMPONENT host DESTINATION docs FILES_MATCHING PATTERN "*.md")
+else()
+  install_compressed(packaging/man/*.1 ${CMAKE_INSTALL_MANDIR}/man1 host)
+  install(DIRECTORY docs/ DESTINATION ${doc}/cfhost COMPONENT host FILES_MATCHING PATTERN "*.md")
+  install(FILES packaging/completions/cfhost.bash COMPONENT host
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME cfsetup)
+  foreach(program cfext cfdebug)
+    install(FILES packaging/completions/cfhost.bash COMPONENT host
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${program})
   endforeach()
+  install(FILES packaging/debian/copyright DESTINATION ${doc}/cfhost COMPONENT host)
+  install(FILES packaging/debian/copyright DESTINATION ${doc}/cfhost-dev-agent COMPONENT agent
+          EXCLUDE_FROM_ALL)
+  install(FILES packaging/debian/copyright DESTINATION ${doc}/cfhost-dev COMPONENT sdk EXCLUDE_FROM_ALL)
+  install_compressed(packaging/debian/changelog ${doc}/cfhost host)
+  install_compressed(packaging/debian/changelog ${doc}/cfhost-dev-agent agent EXCLUDE_FROM_ALL)
+  install_compressed(packaging/debian/changelog ${doc}/cfhost-dev sdk EXCLUDE_FROM_ALL)
+  string(REPLACE ";" "\n" ids "${CFHOST_EXTENSION_IDS}")
+  file(CONFIGURE OUTPUT extension.ids CONTENT "${ids}\n")
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/extension.ids COMPONENT host
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/cfhost)
+  # The administrator's extensions.
+  install(DIRECTORY DESTINATION /etc/Orvanta/cfsetup.d COMPONENT host EXCLUDE_FROM_ALL)
 endif()
 
-string(TOLOWER ${CMAKE_SYSTEM_NAME} system)
-set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${system}-${CMAKE_SYSTEM_PROCESSOR})
 # Each package has its own first line.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_CONTACT "The coffer developers <coffer@orvanta.example>")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/same_times.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/same_bytes.cmake)
 
-# Two packages: the development agent must never come along with the host.
+# The development agent must never come along with the host, and few need the kit.
+set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL host agent)
+set(CPACK_COMPONENTS_ALL host agent sdk)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-# The umask of who builds must not show in the folders.
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 set(CPACK_DEBIAN_HOST_PACKAGE_NAME cfhost)
 set(CPACK_DEBIAN_HOST_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_HOST_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_HOST_PACKAGE_RECOMMENDS libxcb1)
-set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/prerm)
+set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/packaging/debian/postinst
+    ${PROJECT_SOURCE_DIR}/packaging/debian/prerm
+    ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
 set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_HOST_DESCRIPTION
 "Native-messaging host of the coffer password manager
@@ -43,8 +63,9 @@ the extension's requests to the password-store agent and the agent's
 notifications back.
 .
 With cfsetup, which registers it with browsers and finds out why it doesn't
-start, cfext, which plays the extension, and cfdebug, which shows what the
-host reports.")
+start, cfext, which plays the extension, cfdebug, which shows what the host
+reports, cftap, which records what browser and host say to each other, and
+cfcheck, which examines the client library.")
 
 set(CPACK_DEBIAN_AGENT_PACKAGE_NAME cfhost-dev-agent)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION devel)
@@ -54,4 +75,13 @@ set(CPACK_COMPONENT_AGENT_DESCRIPTION
 "Development agent for cfhost
 Stands in for the password-store agent while somebody works on the extension
 or the host. It keeps its coffer in memory and protects nothing.")
+
+set(CPACK_DEBIAN_SDK_PACKAGE_NAME cfhost-dev)
+set(CPACK_DEBIAN_SDK_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_SDK_PACKAGE_SUGGESTS "cfhost, cmake | pkg-config")
+set(CPACK_COMPONENT_SDK_DESCRIPTION
+"Kit for writing client libraries for cfhost
+Headers of the interface between the host and the library that it loads, the
+code of messages, bags and settings, what CMake and pkg-config know of them,
+and an example.")
 include(CPack)

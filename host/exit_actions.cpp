@@ -3,23 +3,20 @@
 #include <cstdlib>
 
 #include "bridge/agent_observer.h"
-#include "messages/client_library.h"
-#include "transport/stdout_lock.h"
+#include "host/exit_times.h"
+#include "messages/loader/client_library.h"
 
 namespace {
-
-void end_stdout_lock() { stdout_lock.end(); }
 
 // After the end of input nobody is inside any more, or the process would have left without exit
 // actions. But the library may end the process too, with threads of its own in the middle of a
 // frame. One that does so from inside a notification waits for itself in vain.
-void end_agent_observer() { close_agent_observer(exit_patience); }
+void end_agent_observer() { close_agent_observer(notification_timeout); }
 
 }  // namespace
 
 void register_exit_actions() {
   // The runtime calls them in reverse.
-  std::atexit(end_stdout_lock);
   std::atexit(unload_client_library);
   std::atexit(end_agent_observer);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 enum json_kind : std::int32_t {
   kind_null = 0,
@@ -33,3 +34,36 @@ struct json_node {
   std::uint32_t text_length;  // kind_string: bytes before the terminator; else zero
 };
 static_assert(sizeof(json_node) == 56);
+
+// The decoded text of a kind_string node.
+inline std::string_view text_of(const json_node& node) {
+  return {node.value.string, node.text_length};
+}
+
+// The children of a node in the order of the text: for (const json_node& child :
+// children_of(node)).
+class json_children {
+ public:
+  class iterator {
+   public:
+    explicit iterator(const json_node* at) : at_(at) {}
+    const json_node& operator*() const { return *at_; }
+    iterator& operator++() {
+      at_ = at_->next_sibling;
+      return *this;
+    }
+    bool operator!=(const iterator& other) const { return at_ != other.at_; }
+
+   private:
+    const json_node* at_;
+  };
+
+  explicit json_children(const json_node& parent) : first_(parent.first_child) {}
+  iterator begin() const { return iterator(first_); }
+  iterator end() const { return iterator(nullptr); }
+
+ private:
+  const json_node* first_;
+};
+
+inline json_children children_of(const json_node& node) { return json_children(node); }

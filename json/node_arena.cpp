@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <new>
 
-#include "host/spare_blocks.h"
+#include "memory/kept_blocks.h"
 
 static_assert(sizeof(arena_block) % alignof(json_node) == 0);
-static_assert(default_arena_block_size == spare_block_size);
+static_assert(default_arena_block_size == kept_block_size);
 
 namespace {
 

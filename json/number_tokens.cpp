@@ -22,8 +22,8 @@ std::uint32_t take_digits(const char*& at, const char* end) {
 
 float digit_value(char c) { return static_cast<float>(c - '0'); }
 
-// 10 to the power of `exponent`, which is 10 also below 1. Infinity times 10 stays infinity, so a
-// long way behind it need not be walked.
+// 10 to the power of `exponent`; 10 for an exponent below 1 too. Stops at infinity, which stays
+// infinity however often it is multiplied.
 float power_of_ten(std::int32_t exponent) {
   float power = 10.0F;
   for (std::int32_t i = 1; i < exponent && !std::isinf(power); ++i) power *= 10.0F;

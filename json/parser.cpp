@@ -14,9 +14,9 @@ bool ends_number(char c) {
   return is_white_space(c) || c == ',' || c == ']' || c == '}' || c == '\0';
 }
 
-// The state of one parse. Each step handles one token, and the punctuation that follows it as a
-// rule; it takes the position of the token, gives the one behind, and null after it has noted an
-// error.
+// The state of one parse. Each step takes the position of a token and returns the position behind
+// it, or null after it has noted an error. It also takes the punctuation that usually follows the
+// token.
 class parser {
  public:
   parser(const char* text, const char* end, node_arena& arena) : scan_(text, end), arena_(arena) {}
@@ -102,8 +102,8 @@ class parser {
     return at != nullptr ? add_string(start, at) : nullptr;
   }
 
-  // A key, its value if that is a string that follows at once, and all members behind it that are
-  // such and with nothing between: most of a page.
+  // A key and its string value, and all further pairs of that kind if nothing but the usual
+  // punctuation stands between them. Most of a page is made of such pairs.
   char* string_members(char* key) {
     json_node* const object = top_;
     for (;;) {
@@ -145,7 +145,7 @@ class parser {
     return at + 1;
   }
 
-  // The rest of a string from `at` on, the first byte that isn't plain and doesn't end it.
+  // The rest of a string. `at` is its first byte that isn't plain text and isn't the closing quote.
   char* decode_interrupted_string(char* start, char* at) {
     char* out = at;
     const char* nul = nullptr;  // the first one that an escape has put into the text

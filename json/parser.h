@@ -17,3 +17,23 @@
 // error like any other.
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator);
+
+// A parsed text with the arena of its nodes; the text itself is the caller's and is rewritten.
+class json_document {
+ public:
+  explicit json_document(char* source)
+      : root_(json_parse(source, error_position_, error_text_, arena_)) {}
+
+  // Null for an empty text and for one that isn't JSON.
+  const json_node* root() const { return root_; }
+
+  // Where and what is wrong; null unless something is.
+  const char* error_position() const { return error_position_; }
+  const char* error_text() const { return error_text_; }
+
+ private:
+  scoped_node_arena arena_;
+  const char* error_position_ = nullptr;
+  const char* error_text_ = nullptr;
+  const json_node* root_;
+};

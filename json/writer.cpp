@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "platform/platform.h"
-#include "transport/text.h"
+#include "transport/codecs/text.h"
 
 namespace {
 
@@ -56,8 +56,7 @@ char* put_escaped(char* out, char c) {
   return out;
 }
 
-// Whether the text is a literal as it stands. A NUL isn't plain to the scan, but to the writer it
-// is.
+// Whether the text needs no escape. The scan stops at a NUL, which the writer passes unchanged.
 bool is_literal(std::string_view text) {
   return is_plain_text(text.data(), text.size()) ||
          std::none_of(text.begin(), text.end(), needs_escape);
@@ -79,7 +78,7 @@ void put_literal(pair_stream& stream, std::string_view text) {
     return;
   }
   stream << '"';
-  // In steps: room for a long text all of escapes would be too much to ask for.
+  // In steps, since room for a long text that is all escapes would be six times its size.
   for (; !text.empty(); text.remove_prefix(std::min(text.size(), escaped_step))) {
     char* const start = stream.room(longest_escape * escaped_step);
     char* out = start;
@@ -117,11 +116,11 @@ pair_stream& put_container(pair_stream& stream, std::string_view key, char openi
 
 constexpr std::size_t most_bytes_of_a_unit = 3;
 
-// Longer texts are converted in memory of their own.
+// Longer texts are converted in memory of their own first.
 constexpr std::size_t short_units = 170;
 
-// Most texts are short and need no escape: both are converted to where they are to stay. False,
-// with the stream as it was, for others.
+// Converts a short text that needs no escape right where it stays, which is what most texts are.
+// False, with the stream as it was, for any other text.
 bool put_plain_pair(pair_stream& stream, const json_name& name, wide_view value) {
   const std::string_view key = name.text();
   if (value.size() > short_units) return false;

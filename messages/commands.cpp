@@ -1,21 +1,5 @@
 #include "messages/commands.h"
 
-namespace {
-
-template <class Message>
-Message* with_reference(Message* message) {
-  message->addRef();
-  return message;
-}
-
-}  // namespace
-
-std::int32_t CfMsgOpenUrl::release() { return iCfMsg::release(); }
-
-void* CfMsgOpenUrl::query(const cfName& n) { return answer(n, {type_name, iCfMsg::type_name}); }
-
-cfName CfMsgOpenUrl::name() const { return type_name; }
-
 bool CfMsgOpenUrl::write(cfOStream& s) {
   write_type(s, type_name);
   s.putWide(uuid);
@@ -26,16 +10,8 @@ bool CfMsgOpenUrl::write(cfOStream& s) {
 bool CfMsgOpenUrl::read(cfIStream& s) {
   read_type(s, type_name);
   s.readWide(uuid).readWide(url);
-  return s.ok();
+  return s.ok;
 }
-
-std::int32_t CfMsgRunConsole::release() { return iCfMsg::release(); }
-
-void* CfMsgRunConsole::query(const cfName& n) {
-  return answer(n, {type_name, CfMsgNpcomm::type_name, iCfMsg::type_name});
-}
-
-cfName CfMsgRunConsole::name() const { return type_name; }
 
 bool CfMsgRunConsole::write(cfOStream& s) {
   write_type(s, type_name);
@@ -50,22 +26,8 @@ bool CfMsgRunConsole::read(cfIStream& s) {
   read_type(s, type_name);
   s.readU32(npTag).readU32(consoleCode);
   s.readWide(consoleText1).readWide(consoleText2);
-  return s.ok();
+  return s.ok;
 }
-
-std::int32_t CfMsgGetSettings::release() { return iCfMsg::release(); }
-
-void* CfMsgGetSettings::query(const cfName& n) { return answer(n, {type_name, iCfMsg::type_name}); }
-
-cfName CfMsgGetSettings::name() const { return type_name; }
-
-std::int32_t CfMsgCfDbCmd::release() { return iCfMsg::release(); }
-
-void* CfMsgCfDbCmd::query(const cfName& n) {
-  return answer(n, {type_name, CfMsgNpcomm::type_name, iCfMsg::type_name});
-}
-
-cfName CfMsgCfDbCmd::name() const { return type_name; }
 
 bool CfMsgCfDbCmd::write(cfOStream& s) {
   write_type(s, type_name);
@@ -84,16 +46,8 @@ bool CfMsgCfDbCmd::read(cfIStream& s) {
   s.readU32(npTag).readU32(command);
   s.readWide(dbText1).readWide(dbText2).readWide(dbText3);
   s.readU32(dbArg1).readU32(dbArg2);
-  return s.ok();
+  return s.ok;
 }
-
-std::int32_t CfMsgUnLockDb::release() { return iCfMsg::release(); }
-
-void* CfMsgUnLockDb::query(const cfName& n) {
-  return answer(n, {type_name, CfMsgNpcomm::type_name, iCfMsg::type_name});
-}
-
-cfName CfMsgUnLockDb::name() const { return type_name; }
 
 bool CfMsgUnLockDb::write(cfOStream& s) {
   write_type(s, type_name);
@@ -112,10 +66,10 @@ bool CfMsgUnLockDb::read(cfIStream& s) {
   return pos.read(s);
 }
 
-CfMsgRunConsole* make_run_console(std::uint32_t code) {
-  return with_reference(new CfMsgRunConsole(code));
+message_ref<CfMsgRunConsole> make_run_console(std::uint32_t code) {
+  return make_message<CfMsgRunConsole>(code);
 }
 
-CfMsgGetSettings* make_get_settings() { return with_reference(new CfMsgGetSettings); }
+message_ref<CfMsgGetSettings> make_get_settings() { return make_message<CfMsgGetSettings>(); }
 
-CfMsgUnLockDb* make_unlock_db() { return with_reference(new CfMsgUnLockDb); }
+message_ref<CfMsgUnLockDb> make_unlock_db() { return make_message<CfMsgUnLockDb>(); }

@@ -6,16 +6,13 @@
 #include "messages/window_position.h"
 
 // A URL that the agent wants opened. Inbound.
-class CfMsgOpenUrl final : public iCfMsg {
+class CfMsgOpenUrl final : public message_of<CfMsgOpenUrl, iCfMsg> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgOpenUrl"};
 
   wide_string uuid;  // goes with the URL to the extension
   wide_string url;
 
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
   bool write(cfOStream& s) override;
   bool read(cfIStream& s) override;
 };
@@ -27,7 +24,7 @@ enum console_code : std::uint32_t {
 };
 
 // Asks for the console.
-class CfMsgRunConsole final : public CfMsgNpcomm {
+class CfMsgRunConsole final : public message_of<CfMsgRunConsole, CfMsgNpcomm> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgRunConsole"};
 
@@ -36,29 +33,22 @@ class CfMsgRunConsole final : public CfMsgNpcomm {
   wide_string consoleText2;
 
   explicit CfMsgRunConsole(std::uint32_t code) : consoleCode(code) {}
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
   bool write(cfOStream& s) override;
   bool read(cfIStream& s) override;
 };
 
 // Asks for the settings. Has no form: the library takes the object itself.
-class CfMsgGetSettings final : public iCfMsg {
+class CfMsgGetSettings final : public message_of<CfMsgGetSettings, iCfMsg> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgGetSettings"};
 
   CfSettings settings;
   CfSettings settings2;
   CfDummySettings defaults;
-
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
 };
 
 // A command to the store: as made, to lock it.
-class CfMsgCfDbCmd final : public CfMsgNpcomm {
+class CfMsgCfDbCmd final : public message_of<CfMsgCfDbCmd, CfMsgNpcomm> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgCfDbCmd"};
 
@@ -69,16 +59,13 @@ class CfMsgCfDbCmd final : public CfMsgNpcomm {
   std::uint32_t dbArg1 = 0;
   std::uint32_t dbArg2 = UINT32_MAX;
 
-  CfMsgCfDbCmd() : CfMsgNpcomm(30000) {}
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
+  CfMsgCfDbCmd() { npAux = 30000; }
   bool write(cfOStream& s) override;
   bool read(cfIStream& s) override;
 };
 
 // Asks for the store to be unlocked, in a dialog at `pos`.
-class CfMsgUnLockDb final : public CfMsgNpcomm {
+class CfMsgUnLockDb final : public message_of<CfMsgUnLockDb, CfMsgNpcomm> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgUnLockDb.1"};
 
@@ -87,14 +74,10 @@ class CfMsgUnLockDb final : public CfMsgNpcomm {
   std::uint32_t unlockArg = 0;
   CfWndPos pos;
 
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
   bool write(cfOStream& s) override;
   bool read(cfIStream& s) override;
 };
 
-// New messages with one reference, which is the caller's.
-CfMsgRunConsole* make_run_console(std::uint32_t code);
-CfMsgGetSettings* make_get_settings();
-CfMsgUnLockDb* make_unlock_db();
+message_ref<CfMsgRunConsole> make_run_console(std::uint32_t code);
+message_ref<CfMsgGetSettings> make_get_settings();
+message_ref<CfMsgUnLockDb> make_unlock_db();

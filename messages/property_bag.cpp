@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "messages/deleting_destructor.h"
+
 namespace {
 
 // The number that a list names, unless what is left of the payload can't hold as many.
@@ -12,7 +14,9 @@ std::size_t likely_count(std::int32_t named, std::size_t bytes_left) {
 
 }  // namespace
 
-void propsW_t::destroy() { delete this; }
+void* propsW_t::deletingDestructor(std::uint32_t flags) { return destroy_by_flags(this, flags); }
+
+void propsW_t::destroy() { deletingDestructor(free_memory); }
 
 bool propsW_t::empty() const { return map_.empty(); }
 
@@ -20,9 +24,15 @@ std::uint64_t propsW_t::size() const { return map_.size(); }
 
 bool propsW_t::add(const wide_char* key, const wide_char* value) { return set(key, value, false); }
 
-void propsW_t::merge(const propsW_t& other) { map_.merge(other.map()); }
+void propsW_t::merge(const propsW_t& other) {
+  if (this == &other) return;
+  for (const text_map::pair& p : other.map()) set(p.key, p.value, true);
+}
 
-void propsW_t::assign(const propsW_t& other) { map_ = other.map(); }
+void propsW_t::assign(const propsW_t& other) {
+  clear();
+  merge(other);
+}
 
 void propsW_t::clear() { map_.clear(); }
 
@@ -46,6 +56,10 @@ const wide_char* propsW_t::get(const wide_char* key, const wide_char* fallback) 
 const text_map& propsW_t::map() { return map_; }
 
 const text_map& propsW_t::map() const { return map_; }
+
+void* propsW_t::const_iterator::deletingDestructor(std::uint32_t flags) {
+  return destroy_by_flags(this, flags);
+}
 
 const wide_char* propsW_t::const_iterator::key() const { return position_->key; }
 
@@ -88,7 +102,7 @@ void readBagList(cfIStream& stream, std::vector<propsW_t>& list) {
   stream.readU32(count);
   if (count > 0) list.reserve(likely_count(count, stream.left()));
   for (; count > 0; --count) {
-    if (list.size() == max_listed_bags) return stream.fail();
+    if (list.size() == max_listed_bags) return static_cast<void>(stream.ok = false);
     if (!readBag(stream, list.emplace_back())) return list.pop_back();
   }
 }

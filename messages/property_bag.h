@@ -12,15 +12,16 @@
 // values on this interface are terminated wide strings. The order of the virtual functions is part
 // of the interface to the client library. A bag has no lock: one thread fills it before it is
 // handed over.
-class propsW_t {
+class propsW_t final {
  public:
   class const_iterator;
 
   propsW_t() = default;
-  virtual ~propsW_t() = default;
   propsW_t(const propsW_t&) = default;
   propsW_t(propsW_t&&) noexcept = default;
   propsW_t& operator=(const propsW_t&) = delete;
+
+  virtual void* deletingDestructor(std::uint32_t flags);
 
   // Frees a bag that was made with new.
   virtual void destroy();
@@ -34,7 +35,7 @@ class propsW_t {
   // Lays all pairs of `other` over this bag's.
   virtual void merge(const propsW_t& other);
 
-  // Makes this bag a copy of `other`; of itself, it stays as it is.
+  // Makes this bag a copy of `other`. Its own pairs go first, so that of itself nothing is left.
   virtual void assign(const propsW_t& other);
 
   virtual void clear();
@@ -62,6 +63,7 @@ class propsW_t {
 
  private:
   friend bool readBag(cfIStream& stream, propsW_t& bag);
+  friend struct message_layout;
 
   text_map map_;
 };
@@ -70,9 +72,10 @@ class propsW_t {
 class propsW_t::const_iterator {
  public:
   explicit const_iterator(const text_map& map) : map_(map), position_(map.begin()) {}
-  virtual ~const_iterator() = default;
   const_iterator(const const_iterator&) = delete;
   const_iterator& operator=(const const_iterator&) = delete;
+
+  virtual void* deletingDestructor(std::uint32_t flags);
 
   // Require a position before the end.
   virtual const wide_char* key() const;
@@ -84,6 +87,8 @@ class propsW_t::const_iterator {
   virtual const text_map::pair* toNext();
 
  private:
+  friend struct message_layout;
+
   const text_map& map_;
   const text_map::pair* position_;
 };

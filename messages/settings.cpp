@@ -1,6 +1,8 @@
 #include "messages/settings.h"
 
-#include "host/diagnostics.h"
+#include "messages/deleting_destructor.h"
+
+void (*settings_dump)(const text_map& pairs, const wide_char* prefix) = nullptr;
 
 namespace {
 
@@ -32,13 +34,21 @@ constexpr default_setting default_settings[] = {
 
 }  // namespace
 
-void CfSettings::assign(const CfSettings& other) { map_ = other.map(); }
+void* CfSettings::deletingDestructor(std::uint32_t flags) { return destroy_by_flags(this, flags); }
+
+void CfSettings::assign(const CfSettings& other) {
+  clear();
+  merge(other);
+}
 
 void CfSettings::merge(const CfSettings& other) { map_.merge(other.map()); }
 
-void CfSettings::destroy() { delete this; }
+void CfSettings::destroy() { deletingDestructor(free_memory); }
 
-cfName CfSettings::name() const { return cfName(u"CfSettings"); }
+cfName* CfSettings::nameInto(cfName* result) const {
+  *result = cfName(u"CfSettings");
+  return result;
+}
 
 void CfSettings::clear() { map_.clear(); }
 
@@ -70,21 +80,29 @@ const text_map& CfSettings::map() { return map_; }
 const text_map& CfSettings::map() const { return map_; }
 
 void CfSettings::dump(const wide_char* prefix) const {
-  if (dump_off) return;
-  if (prefix == nullptr) prefix = u"";
-  if (map_.empty()) log_line_w(u"%scount=0", prefix);
-  for (const text_map::pair& p : map_) log_line_w(u"%s%s=%s", prefix, p.key, p.value);
+  if (settings_dump != nullptr) settings_dump(map_, prefix == nullptr ? u"" : prefix);
 }
 
 CfDummySettings::CfDummySettings() {
   for (const default_setting& setting : default_settings) enter(setting.key, setting.value);
 }
 
-cfName CfDummySettings::name() const { return cfName(u"__dumySettings"); }
+void* CfDummySettings::deletingDestructor(std::uint32_t flags) {
+  return destroy_by_flags(this, flags);
+}
+
+cfName* CfDummySettings::nameInto(cfName* result) const {
+  *result = cfName(u"__dumySettings");
+  return result;
+}
 
 bool CfDummySettings::set(const wide_char*, const wide_char*) { return false; }
 
-void CfSettings::const_iterator::destroy() { delete this; }
+void* CfSettings::const_iterator::deletingDestructor(std::uint32_t flags) {
+  return destroy_by_flags(this, flags);
+}
+
+void CfSettings::const_iterator::destroy() { deletingDestructor(free_memory); }
 
 const text_map::pair* CfSettings::const_iterator::toFirst() { return position_ = map_.begin(); }
 

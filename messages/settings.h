@@ -6,6 +6,10 @@
 #include "messages/name.h"
 #include "messages/text_map.h"
 
+// What CfSettings::dump hands its pairs to; null where nobody shows them. The host sets it at its
+// start, so that neither the bags nor a library that uses them know the diagnostics.
+extern void (*settings_dump)(const text_map& pairs, const wide_char* prefix);
+
 // Unique keys, case-sensitive, in the order of text_map; no empty ones. Not a propsW_t: it differs
 // in its operations. Keys and values on this interface are terminated wide strings. The order of
 // the virtual functions is part of the interface to the client library. No lock: a bag belongs to
@@ -15,11 +19,12 @@ class CfSettings {
   class const_iterator;
 
   CfSettings() = default;
-  virtual ~CfSettings() = default;
   CfSettings(const CfSettings&) = delete;
   CfSettings& operator=(const CfSettings&) = delete;
 
-  // Makes this bag a copy of `other`; of itself, it stays as it is.
+  virtual void* deletingDestructor(std::uint32_t flags);
+
+  // Makes this bag a copy of `other`. Its own pairs go first, so that of itself nothing is left.
   virtual void assign(const CfSettings& other);
 
   // Lays all pairs of `other` over this bag's.
@@ -28,7 +33,14 @@ class CfSettings {
   // Frees a bag that was made with new.
   virtual void destroy();
 
-  virtual cfName name() const;
+  // Stores the class's name and gives `result`, as iCfMsg does.
+  virtual cfName* nameInto(cfName* result) const;
+  cfName name() const {
+    cfName result(nullptr);
+    nameInto(&result);
+    return result;
+  }
+
   virtual void clear();
 
   // False, and no change, for a null or empty key. A null value removes the pair, if there is one.
@@ -46,8 +58,7 @@ class CfSettings {
   virtual const text_map& map();
   virtual const text_map& map() const;
 
-  // Writes the bag to the diagnostics, a line for each pair, each line behind `prefix`, which may
-  // be null. Nothing while diagnostics are off.
+  // Hands the pairs to settings_dump, with `prefix`, which may be null.
   virtual void dump(const wide_char* prefix) const;
 
  protected:
@@ -55,17 +66,17 @@ class CfSettings {
   void enter(wide_view key, wide_view value) { map_.set(key, value); }
 
  private:
+  friend struct message_layout;
+
   text_map map_;
 };
-
-// Records of the client library hold such bags at fixed offsets.
-static_assert(sizeof(CfSettings) == 40);
 
 // A bag that is born with the sixteen defaults and refuses changes by `set`.
 class CfDummySettings final : public CfSettings {
  public:
   CfDummySettings();
-  cfName name() const override;
+  void* deletingDestructor(std::uint32_t flags) override;
+  cfName* nameInto(cfName* result) const override;
   bool set(const wide_char* key, const wide_char* value) override;
 };
 
@@ -73,9 +84,10 @@ class CfDummySettings final : public CfSettings {
 class CfSettings::const_iterator {
  public:
   explicit const_iterator(const text_map& map) : map_(map), position_(map.begin()) {}
-  virtual ~const_iterator() = default;
   const_iterator(const const_iterator&) = delete;
   const_iterator& operator=(const const_iterator&) = delete;
+
+  virtual void* deletingDestructor(std::uint32_t flags);
 
   // Frees a cursor that was made with new.
   virtual void destroy();
@@ -90,6 +102,8 @@ class CfSettings::const_iterator {
   virtual const wide_char* value() const;
 
  private:
+  friend struct message_layout;
+
   const text_map& map_;
   const text_map::pair* position_;
 };

@@ -3,6 +3,8 @@
 #include <bit>
 #include <cstring>
 
+#include "messages/deleting_destructor.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -50,18 +52,20 @@ wide_string payload_text::str() const {
   return text;
 }
 
+void* cfIStream::deletingDestructor(std::uint32_t flags) { return destroy_by_flags(this, flags); }
+
 payload_text cfIStream::readWide() {
   constexpr std::ptrdiff_t unit_size = sizeof(wide_char);
-  const std::ptrdiff_t left = end_ - cursor_;
-  const std::ptrdiff_t size = left < unit_size ? left : zero_unit_offset(begin_ + cursor_, left);
+  const auto bytes_left = static_cast<std::ptrdiff_t>(left());
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(cursor);
+  const std::ptrdiff_t size = zero_unit_offset(bytes, bytes_left);
   // A unit that straddles the end is never looked at: the terminator has to lie inside.
-  if (left - size < unit_size) {
-    ok_ = false;
+  if (bytes_left - size < unit_size) {
+    ok = false;
     return {};
   }
-  const payload_text text = {begin_ + cursor_, static_cast<std::size_t>(size) / sizeof(wide_char)};
-  cursor_ += size + unit_size;
-  return text;
+  cursor += static_cast<std::uintptr_t>(size + unit_size);
+  return {bytes, static_cast<std::size_t>(size) / sizeof(wide_char)};
 }
 
 cfIStream& cfIStream::readWide(wide_string& target) {
@@ -70,12 +74,12 @@ cfIStream& cfIStream::readWide(wide_string& target) {
 }
 
 cfIStream& cfIStream::readU32(std::uint32_t& target) {
-  const std::ptrdiff_t field = cursor_;
-  cursor_ += static_cast<std::ptrdiff_t>(sizeof target);
-  if (cursor_ > end_) {
-    ok_ = false;
+  const std::uintptr_t field = cursor;
+  cursor += sizeof target;
+  if (cursor > end) {
+    ok = false;
   } else {
-    std::memcpy(&target, begin_ + field, sizeof target);
+    std::memcpy(&target, reinterpret_cast<const void*>(field), sizeof target);
   }
   return *this;
 }

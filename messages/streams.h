@@ -25,20 +25,28 @@ struct payload_text {
 
 // Reader over one payload, whose bytes it doesn't own. A field that isn't whole turns `ok` false
 // for good; later reads go on harmlessly. Used by one thread.
+//
+// The host and the client library hand streams to each other and use the fields in place. They are
+// addresses kept as numbers: `cursor` may pass the end of the payload.
 class cfIStream {
  public:
   // A `length` of 0 or less is a payload without bytes.
-  cfIStream(const unsigned char* begin, std::ptrdiff_t length) : begin_(begin), end_(length) {}
-  virtual ~cfIStream() = default;
+  cfIStream(const unsigned char* bytes, std::ptrdiff_t length)
+      : begin(reinterpret_cast<std::uintptr_t>(bytes)),
+        end(begin + static_cast<std::uintptr_t>(length > 0 ? length : 0)),
+        cursor(begin) {}
   cfIStream(const cfIStream&) = delete;
   cfIStream& operator=(const cfIStream&) = delete;
 
-  bool ok() const { return ok_; }
+  virtual void* deletingDestructor(std::uint32_t flags);
+
+  std::uintptr_t begin;   // the first byte
+  std::uintptr_t end;     // behind the last byte
+  std::uintptr_t cursor;  // the next byte to read
+  bool ok = true;         // no failure so far
 
   // Bytes that haven't been read.
-  std::size_t left() const { return cursor_ < end_ ? static_cast<std::size_t>(end_ - cursor_) : 0; }
-
-  void fail() { ok_ = false; }
+  std::size_t left() const { return cursor < end ? end - cursor : 0; }
 
   // The next string, or none when its terminator doesn't lie wholly inside the payload.
   payload_text readWide();
@@ -50,22 +58,19 @@ class cfIStream {
   // moves on by 4 in any case.
   cfIStream& readU32(std::uint32_t& target);
   cfIStream& readU32(std::int32_t& target);
-
- private:
-  const unsigned char* begin_;
-  // Offsets from `begin_`, not pointers: the position may pass the end of the payload.
-  std::ptrdiff_t end_;
-  std::ptrdiff_t cursor_ = 0;
-  bool ok_ = true;
 };
 
-// What takes the bytes of an outgoing message: an object of the client library.
+// What takes the bytes of an outgoing message: an object of the client library. The library may
+// give its sinks more operations behind these two.
 class cfSink {
  public:
-  virtual ~cfSink() = default;
+  virtual void* deletingDestructor(std::uint32_t flags) = 0;
 
   // False when the bytes weren't taken.
   virtual bool write_bytes(const void* bytes, std::uint64_t size) = 0;
+
+ protected:
+  ~cfSink() = default;
 };
 
 // The writer that the client library hands to `write`. Its object, used in place: the layout is
@@ -84,5 +89,3 @@ struct cfOStream {
   void putWide(wide_view text);
   void putU32(std::uint32_t value);
 };
-static_assert(offsetof(cfOStream, sink) == 8);
-static_assert(offsetof(cfOStream, ok) == 17);

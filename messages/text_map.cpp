@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-#include "host/spare_blocks.h"
+#include "memory/kept_blocks.h"
 
 namespace {
 
@@ -27,15 +27,15 @@ struct text_map::block {
   wide_char* text() { return reinterpret_cast<wide_char*>(this + 1); }
   std::size_t units() { return static_cast<std::size_t>(end - text()); }
 
-  // In a spare block; enough for the first pairs and the text of an input.
-  static constexpr std::size_t spare_units = (spare_block_size - 16) / sizeof(wide_char);
+  // Units in a kept block: enough for the first pairs and the text of an input.
+  static constexpr std::size_t kept_units = (kept_block_size - 16) / sizeof(wide_char);
 
-  // Gives a spare block to whom it is enough, while there are some.
+  // Uses a kept block if it is large enough and one is at hand.
   static block* make(std::size_t units, block* older) {
-    static_assert(sizeof(block) + spare_units * sizeof(wide_char) == spare_block_size);
-    void* memory = units <= spare_units ? take_block_at_hand() : nullptr;
+    static_assert(sizeof(block) + kept_units * sizeof(wide_char) == kept_block_size);
+    void* memory = units <= kept_units ? take_block_at_hand() : nullptr;
     if (memory != nullptr) {
-      units = spare_units;
+      units = kept_units;
     } else {
       memory = ::operator new(sizeof(block) + units * sizeof(wide_char));
     }
@@ -45,7 +45,7 @@ struct text_map::block {
   }
 
   void give_back() {
-    if (units() == spare_units) {
+    if (units() == kept_units) {
       give_block_back(this);
     } else {
       ::operator delete(this);
@@ -59,7 +59,7 @@ const text_map::pair* text_map::find(wide_view key) const {
 }
 
 void text_map::set(wide_view key, wide_view value) {
-  // Who fills a bag in key order never has to search.
+  // A bag that is filled in key order needs no search.
   pair* const position =
       empty() || pairs_[size_ - 1].key_text() < key ? pairs_ + size_ : lower_bound(key);
   if (!matches(position, key)) {
@@ -67,14 +67,13 @@ void text_map::set(wide_view key, wide_view value) {
     return;
   }
   if (value.size() > position->value_capacity) {
-    // Twice the room, so that a value which grows again and again doesn't leave more than its own
-    // size behind.
+    // Twice the room: the old rooms of a value that keeps growing add up to no more than its size.
     const std::size_t capacity = 2 * value.size();
     position->value = take_room(capacity + 1);
     position->value_capacity = static_cast<std::uint32_t>(capacity);
   }
-  // The room is the map's own, const only for readers. The new value may be a part of the old one.
-  // Without room the old value is empty like the new one.
+  // The room is the map's own and const only for readers. The new value may be a part of the old
+  // one. If there is no room, both values are empty.
   if (position->value_capacity > 0) {
     auto* const room = const_cast<wide_char*>(position->value);
     if (!value.empty()) std::memmove(room, value.data(), value.size() * sizeof(wide_char));
@@ -137,7 +136,7 @@ void text_map::insert(pair* position, const pair& added) {
   ++size_;
 }
 
-// The old array stays behind in its block.
+// The old array stays in its block until the map is cleared.
 void text_map::reserve(std::size_t count) {
   if (count <= capacity_) return;
   const std::size_t capacity = std::max({count, first_pairs, std::size_t{2} * capacity_});
@@ -162,7 +161,7 @@ void text_map::add_block(std::size_t units) {
 
 wide_char* text_map::take_room(std::size_t units) {
   if (newest_ == nullptr || static_cast<std::size_t>(newest_->end - free_) < units) {
-    const std::size_t least = newest_ == nullptr ? block::spare_units : 2 * newest_->units();
+    const std::size_t least = newest_ == nullptr ? block::kept_units : 2 * newest_->units();
     add_block(std::max(units, least));
   }
   wide_char* const room = free_;

@@ -1,6 +1,6 @@
-// An ordered map from wide key to wide value, made for bags: a dozen pairs, filled once, walked in
-// key order. Pairs lie in key order in one array; array and text lie in blocks that never move, as
-// a rule in one.
+// An ordered map from wide key to wide value, made for bags: a dozen pairs, filled once and walked
+// in key order. The pairs lie in key order in one array. The array and the texts lie in blocks of
+// memory that never move; one block is usually enough.
 //
 // Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and
 // capitals before small letters. A pointer to a key or value stays good until that pair is changed
@@ -66,6 +66,7 @@ class text_map {
   void clear();
 
  private:
+  friend struct message_layout;
   struct block;
 
   pair* lower_bound(wide_view key) const;
@@ -80,18 +81,17 @@ class text_map {
   void assign(const text_map& other);
   void swap(text_map& other) noexcept;
 
+  // These two are the map for a reader on the other side of the interface.
   pair* pairs_ = nullptr;
   std::uint32_t size_ = 0;
+
   std::uint32_t capacity_ = 0;
   block* newest_ = nullptr;
   wide_char* free_ = nullptr;  // first unused unit of the newest block
 };
 
-// Settings bags lie inside records of a fixed layout, which leaves this much for their map.
-static_assert(sizeof(text_map) == 32);
-
-// Enters many pairs of unknown order and number in O(n log n); of equal keys the last one wins, and
-// all win over pairs that the map held before. The map may not be used while a batch is open on it.
+// Enters many pairs in any order, in O(n log n). Of equal keys the last one wins, also over a pair
+// that the map held before. The map may not be used while a batch is open on it.
 class text_map::batch {
  public:
   explicit batch(text_map& map) : map_(map) {}
@@ -106,12 +106,12 @@ class text_map::batch {
   bool ordered_ = true;  // each key so far is above the one before it
 };
 
-// Fills an empty map in key order, with keys that are constants of the program and with values that
-// are made in the map's own memory. The map may not be used while a filler is open on it.
+// Fills an empty map in key order. Keys are constants of the program, and values are made in the
+// map's own memory. The map may not be used while a filler is open on it.
 class text_map::filler {
  public:
-  // Takes memory for the pairs, and for values of `units` in all, a terminator for each included:
-  // the most that may be kept and added.
+  // Takes memory for so many pairs, and for values of `units` in all, terminators included. No more
+  // than that may be kept and added.
   filler(text_map& map, std::size_t pairs, std::size_t units);
   filler(const filler&) = delete;
   filler& operator=(const filler&) = delete;

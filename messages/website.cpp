@@ -1,13 +1,5 @@
 #include "messages/website.h"
 
-std::int32_t CfMsgWebsite::release() { return iCfMsg::release(); }
-
-void* CfMsgWebsite::query(const cfName& n) {
-  return answer(n, {type_name, CfMsgNpcomm::type_name, iCfMsg::type_name});
-}
-
-cfName CfMsgWebsite::name() const { return type_name; }
-
 bool CfMsgWebsite::write(cfOStream& s) {
   write_type(s, type_name);
   s.putU32(npTag);
@@ -33,8 +25,4 @@ bool CfMsgWebsite::read(cfIStream& s) {
   return pos.read(s);
 }
 
-CfMsgWebsite* make_website() {
-  auto* const message = new CfMsgWebsite;
-  message->addRef();
-  return message;
-}
+message_ref<CfMsgWebsite> make_website() { return make_message<CfMsgWebsite>(); }

@@ -7,7 +7,7 @@
 #include "messages/property_bag.h"
 #include "messages/window_position.h"
 
-class CfMsgWebsite final : public CfMsgNpcomm {
+class CfMsgWebsite final : public message_of<CfMsgWebsite, CfMsgNpcomm> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgWebsite"};
 
@@ -18,12 +18,8 @@ class CfMsgWebsite final : public CfMsgNpcomm {
   std::vector<propsW_t> inputs;      // one bag for each form input, in page order
   CfWndPos pos;
 
-  std::int32_t release() override;
-  void* query(const cfName& n) override;
-  cfName name() const override;
   bool write(cfOStream& s) override;
   bool read(cfIStream& s) override;
 };
 
-// A new, empty message with one reference, which is the caller's.
-CfMsgWebsite* make_website();
+message_ref<CfMsgWebsite> make_website();

@@ -12,5 +12,5 @@ bool CfWndPos::read(cfIStream& s) {
   flags = 0;
   x = y = 0;
   s.readU32(flags).readU32(x).readU32(y);
-  return s.ok();
+  return s.ok;
 }

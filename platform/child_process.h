@@ -30,20 +30,20 @@ class child_process {
   virtual ~child_process() = default;
 
   // Writes all bytes to the child's input. False once the child has closed it, and when the child
-  // has taken nothing for `patience`; then some of the bytes may have gone through.
+  // has taken nothing for `timeout`; then some of the bytes may have gone through.
   virtual bool write(const void* bytes, std::size_t size,
-                     std::chrono::milliseconds patience = forever) = 0;
+                     std::chrono::milliseconds timeout = forever) = 0;
   virtual void close_input() = 0;
 
-  // Reads up to `size` bytes of the child's output, waiting for the first one up to `patience`.
+  // Reads up to `size` bytes of the child's output, waiting for the first one up to `timeout`.
   // Gives the count, 0 at the end of the output; nothing if the time ran out.
   virtual std::optional<std::size_t> read(void* bytes, std::size_t size,
-                                          std::chrono::milliseconds patience) = 0;
+                                          std::chrono::milliseconds timeout) = 0;
   virtual void close_output() = 0;
 
-  // The exit value once the child has ended by itself, nothing if it hasn't within `patience`. A
+  // The exit value once the child has ended by itself, nothing if it hasn't within `timeout`. A
   // child that died of a signal gives 128 plus the signal's number.
-  virtual std::optional<int> wait(std::chrono::milliseconds patience) = 0;
+  virtual std::optional<int> wait(std::chrono::milliseconds timeout) = 0;
 
   // Processor time that the child has used, once it has been waited for; 0 before.
   virtual std::chrono::microseconds cpu_time() const = 0;
@@ -51,5 +51,13 @@ class child_process {
   virtual std::int64_t process_id() const = 0;
   virtual void kill() = 0;
 };
+
+// How a child came to an exit value that is a crash's: "signal 11 (Segmentation fault)". Empty for
+// one that programs give by themselves.
+std::string crash_of(int exit_value);
+
+// For a child that runs what may crash: a crash ends it at once, with a value that crash_of knows,
+// and without dumps, dialogs and debuggers.
+void crash_quietly();
 
 }  // namespace platform

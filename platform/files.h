@@ -33,9 +33,6 @@ file_facts look_at(const std::string& path);
 // the start, the file that they lead to; elsewhere `path`.
 std::string started_file(const std::string& path);
 
-// Whether somebody may change the file or folder who is neither its owner nor an administrator.
-bool others_may_write(const std::string& path);
-
 // True with the whole content, false when the file can't be read or is longer than `limit` bytes.
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error);

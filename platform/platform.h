@@ -33,15 +33,30 @@ void prepare_standard_streams();
 // its waiting off. False where that can't happen.
 bool wait_for_input(std::FILE* input);
 
+// What has been read of `input` and not been taken from its stream yet, in bytes. For the thread
+// that reads it.
+std::size_t read_ahead(std::FILE* input);
+
+// Tells whether the program still has to serve something that arrived, when so many bytes of
+// standard input are unread. May be asked on any thread.
+using input_question = bool (*)(std::size_t unread);
+
 // Waits until `output` takes `size` bytes, which are then written to it, without making the writer
-// wait, or fails at once. False when standard input has ended and `output` has taken nothing for
-// `patience` since: nobody is left to read. Always true at once on a system that can't tell. One
-// thread at a time.
-bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience);
+// wait, or fails at once because its reader has gone. False when standard input has ended and
+// nothing of it has to be served any more, and `output` has taken nothing for `timeout` since:
+// nobody is left to read. Always true at once on a system that can't tell. One thread at a time.
+bool wait_for_output(std::FILE* output, std::size_t size, input_question has_to_serve,
+                     std::chrono::milliseconds timeout);
 
 // Ends the process as a return from main does, with the exit actions, and at once when these take
-// longer than `limit`. After them, threads that a library still has can't hold it up.
+// longer than `limit`, whatever a library did to signals. After them, threads that a library still
+// has can't hold it up.
 [[noreturn]] void end_process(int exit_value, std::chrono::milliseconds limit);
+
+// Keeps the calling thread from being cancelled until `allow_cancellation` is given the result: a
+// thread that is cancelled in the middle of the host's code would take the process with it.
+int forbid_cancellation();
+void allow_cancellation(int as_before);
 
 // Ends the process at once: no exit action runs and no stream is flushed.
 [[noreturn]] void leave_now(int exit_value);
@@ -89,7 +104,13 @@ module_handle own_module();
 // the folder can't be found out.
 wide_string library_path_beside(module_handle module, wide_view name);
 
-// Loads the library at exactly this path, without any search. Null on failure.
+// From here on libraries that something asks for by name alone come from the folder of the
+// executable and from the system's, never from the working directory or a search path. Called
+// before any library is loaded. Nothing to do where names are never looked for there.
+void restrict_library_search();
+
+// Loads the library at exactly this path, without any search; what it needs itself comes from its
+// own folder or the system's, where the system lets that be chosen. Null on failure.
 module_handle load_library(const wide_string& path);
 
 // The address of an exported function, or null.

@@ -8,15 +8,19 @@ namespace platform {
 
 enum class registration_scope { user, system };
 
-// What one browser uses on all systems; each system takes what is its own.
+// What one browser uses on all systems; each system takes what is its own. Where several values are
+// allowed, a colon separates them.
 struct browser_places {
-  const char* user_folder;    // below the folder of users' settings, or with "~/" the home folder
-  const char* system_folder;  // absolute
-  const char* registry_key;   // below the user's or the machine's root
-  const char* user_data;      // exists once the user has started the browser; like user_folder
-  const char* program;        // name of the browser's program
-  const char* flatpak;        // its name as a Flatpak
-  const char* snap;           // its name as a Snap
+  const char* user_folder;     // below the folder of users' settings, or with "~/" the home folder
+  const char* system_folder;   // absolute
+  const char* registry_key;    // below the user's or the machine's root
+  const char* registry_owner;  // the browser whose key that is; several may share one
+  const char* user_data;   // exist once the user has started the browser; several, like user_folder
+  const char* programs;    // names of the browser's program; several
+  const char* flatpak;     // its name as a Flatpak
+  const char* snap;        // its name as a Snap
+  const char* policies;    // folders of an administrator's policies; several
+  const char* policy_key;  // where the registry has them, likewise
 };
 
 // Where a manifest is registered.
@@ -26,15 +30,24 @@ struct manifest_place {
   registration_scope scope = registration_scope::user;
 };
 
-// The place of the manifest `name` for the browser `title`. On systems without a registry all
-// folders are seen below `root`, if that isn't empty. An empty file where there is none: the
-// environment doesn't tell the user's folders, or the system has no other roots.
-manifest_place place_of(const browser_places& browser, const std::string& title,
-                        const std::string& name, registration_scope scope, const std::string& root);
+// The place of the manifest `name`. On systems without a registry all folders are seen below
+// `root`, if that isn't empty. An empty file where there is none: the environment doesn't tell the
+// user's folders, or the system has no other roots.
+manifest_place place_of(const browser_places& browser, const std::string& name,
+                        registration_scope scope, const std::string& root);
 
-// The place for a browser that is started with its own folder for the user's data; empty on systems
-// where a browser doesn't look there.
-manifest_place place_in_user_data(const std::string& folder, const std::string& name);
+// The place in a folder that somebody names, or in that of a browser in the sandbox of a Flatpak;
+// empty on systems where a browser doesn't look there.
+manifest_place place_in_folder(const std::string& folder, const std::string& name);
+manifest_place place_in_flatpak(const browser_places& browser, const std::string& name,
+                                const std::string& root);
+
+// Where systems without a registry keep what `path` names: below `root` if that isn't empty, and
+// with "~/" in front below the home folder. Empty elsewhere, and without a home folder.
+std::string path_in_system(const std::string& path, const std::string& root);
+
+// What a manifest in `file` means by the path `named` of a host; empty if that is no good.
+std::string host_of_manifest(const std::string& file, const std::string& named);
 
 // The file that a browser takes for this place, there or not; empty if nothing is registered.
 std::string registered_file(const manifest_place& place);
@@ -50,7 +63,7 @@ struct browser_traces {
   bool snap = false;
 };
 
-browser_traces find_browser(const browser_places& browser, const std::string& root);
+browser_traces traces_of(const browser_places& browser, const std::string& root);
 
 // True if this program runs for a user other than the one who asked for it, so that a registration
 // for "the user" goes to somebody unexpected.

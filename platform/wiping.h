@@ -9,8 +9,12 @@ namespace platform {
 
 void wipe(void* memory, std::size_t size);
 
-// Frees a block of malloc or calloc, or null, after its whole content has been overwritten.
-void free_wiped(void* block);
+// Frees a block of malloc or calloc, or null, after its whole content has been overwritten. Gives
+// the size of that.
+std::size_t free_wiped(void* block);
+
+// Lets the system have the memory that the allocator holds and nobody uses.
+void return_free_memory();
 
 // Overwrites the part of the stack that calls of the caller's have used, some kilobytes of it.
 // What those calls keep in variables must be out of use.

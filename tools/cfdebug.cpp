@@ -2,26 +2,22 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <string>
 #include <string_view>
 
+#include "host/diagnostics/diagnostics.h"
 #include "platform/debug_viewer.h"
+#include "platform/platform.h"
+#include "tools/command_line.h"
 #include "tools/printable.h"
 
 namespace {
 
-constexpr const char* usage =
-    "Usage: cfdebug\n"
-    "Shows what this user's hosts report, until it is interrupted. A host reports only when its\n"
-    "configuration says so: \"dump=1\" in the section [coffer] of Orvanta/coffer.ini in the "
-    "system's\n"
-    "configuration folder (/etc). The lines can hold passwords.\n"
-    "\n"
-    "  --help  shows this text\n"
-    "\n"
-    "Example: cfdebug | grep Malformed\n";
+constexpr char description[] =
+    R"(Shows what this user's hosts report, until it is interrupted. A host reports only when its
+configuration says so: "dump=1" in the section [coffer] of Orvanta/coffer.ini in the system's
+configuration folder (/etc). The lines can hold passwords.)";
 
 std::string time_stamp() {
   using std::chrono::system_clock;
@@ -47,6 +43,28 @@ bool show(const std::string& line) {
   return std::fflush(stdout) == 0;
 }
 
+std::string narrow(const wide_char* text, std::size_t length) {
+  std::string narrowed(3 * length, '\0');
+  narrowed.resize(
+      platform::utf16_to_utf8(text, static_cast<std::uint32_t>(length), narrowed.data()));
+  return narrowed;
+}
+
+// Nobody is to wait for lines that never come.
+void warn_if_off() {
+  read_dump_switch();
+  if (!dump_off) return;
+  wide_char value[max_dump_value] = {};
+  const std::size_t length = dump_switch_text(value);
+  const std::string why = length == 0
+                              ? "Orvanta/coffer.ini has no \"dump\" in the section [coffer]"
+                              : "the value \"" + printable_line(narrow(value, length)) +
+                                    "\" of \"dump\" in Orvanta/coffer.ini doesn't count as on";
+  std::fprintf(stderr,
+               "cfdebug: diagnostics are off: %s. Set dump=1 there and start the hosts anew\n",
+               why.c_str());
+}
+
 int view() {
   std::string error;
   const auto viewer = platform::debug_viewer::open(error);
@@ -54,6 +72,7 @@ int view() {
     std::fprintf(stderr, "cfdebug: %s\n", error.c_str());
     return 1;
   }
+  warn_if_off();
   std::string line;
   while (viewer->receive(line)) {
     if (!show(line)) return 1;
@@ -64,8 +83,9 @@ int view() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 1) return view();
-  const bool help = std::strcmp(argv[1], "--help") == 0;
-  std::fputs(usage, help ? stdout : stderr);
-  return help ? 0 : 2;
+  CLI::App app(description, "cfdebug");
+  add_common_options(app);
+  app.footer("Example: cfdebug | grep Malformed");
+  if (const auto value = parse_command_line(app, {argv + (argc > 0), argv + argc})) return *value;
+  return view();
 }

@@ -11,6 +11,8 @@
 #include "tools/cfext_options.h"
 #include "tools/host_location.h"
 #include "tools/host_session.h"
+#include "tools/method_advice.h"
+#include "tools/replay.h"
 #include "tools/request_source.h"
 #include "tools/transcript.h"
 
@@ -19,12 +21,18 @@ namespace {
 enum exit_value {
   exit_good = 0,
   exit_failed = 1,
-  exit_usage = 2,
 };
 
 exit_value fail(const std::string& what) {
   std::fprintf(stderr, "cfext: %s\n", what.c_str());
   return exit_failed;
+}
+
+// The host is silent about a method that it doesn't know.
+void warn_of_method(const request_item& item) {
+  const std::string advice = method_advice(item.text);
+  if (advice.empty()) return;
+  std::fprintf(stderr, "cfext: warning: %s: %s\n", item.place.c_str(), advice.c_str());
 }
 
 // Sends all requests; false, with the reason in `error`, at one that isn't fit to be sent. A
@@ -36,6 +44,7 @@ bool send_requests(request_source& source, const cfext_options& options, transcr
     // What the host says unasked belongs to the lines above the first gap or request.
     if (item.kind != item_kind::comment) session.wait_quiet();
     if (item.kind == item_kind::request) {
+      warn_of_method(item);
       session.send(item.text, options.frame_size);
       session.wait_quiet();
     } else {
@@ -64,7 +73,7 @@ exit_value run_session(const cfext_options& options) {
   auto host = platform::child_process::start(path, {}, error);
   if (host == nullptr) return fail(error);
 
-  transcript shown(options.frames, options.echo);
+  transcript shown(options.frames, options.echo ? shown_messages::all : shown_messages::answers);
   host_session session(std::move(host), shown, std::chrono::milliseconds(options.wait_ms));
   const bool all_sent = send_requests(source, options, shown, session, error);
   const std::optional<int> host_value = session.finish();
@@ -75,8 +84,14 @@ exit_value run_session(const cfext_options& options) {
 }
 
 exit_value decode(const cfext_options& options) {
-  transcript shown(options.frames, true);
+  transcript shown(options.frames, shown_messages::all);
   return show_capture(options.capture, shown) ? exit_good : exit_failed;
+}
+
+exit_value replay(const cfext_options& options) {
+  const bool alike =
+      replay_capture(options.replay, options.host, std::chrono::milliseconds(options.wait_ms));
+  return alike ? exit_good : exit_failed;
 }
 
 }  // namespace
@@ -84,14 +99,7 @@ exit_value decode(const cfext_options& options) {
 int main(int argc, char** argv) {
   platform::prepare_standard_streams();
   cfext_options options;
-  std::string error;
-  if (!parse_options({argv + 1, argv + argc}, options, error)) {
-    fail(error + "\nTry cfext --help.");
-    return exit_usage;
-  }
-  if (options.help) {
-    std::fputs(cfext_usage, stdout);
-    return exit_good;
-  }
+  if (const auto value = parse_cfext_options(argc, argv, options)) return *value;
+  if (!options.replay.empty()) return replay(options);
   return options.capture.empty() ? run_session(options) : decode(options);
 }

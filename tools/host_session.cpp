@@ -1,6 +1,7 @@
 #include "tools/host_session.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "tools/printable.h"
@@ -12,15 +13,15 @@ namespace {
 using std::chrono::milliseconds;
 
 // How long a host may leave a frame lying before it counts as stuck.
-constexpr milliseconds write_patience{10'000};
+constexpr milliseconds write_timeout{10'000};
 
 // How long a host that is never quiet holds up the next request.
-constexpr milliseconds noise_patience{10'000};
+constexpr milliseconds noise_timeout{10'000};
 
-constexpr milliseconds exit_patience{5'000};
+constexpr milliseconds exit_timeout{5'000};
 
 // How long the output may stay open, held by somebody else, once the host has ended.
-constexpr milliseconds tail_patience{1'000};
+constexpr milliseconds tail_timeout{1'000};
 
 // How often the reader looks whether it is still wanted.
 constexpr milliseconds read_step{50};
@@ -28,10 +29,11 @@ constexpr milliseconds read_step{50};
 }  // namespace
 
 host_session::host_session(std::unique_ptr<platform::child_process> host, transcript& shown,
-                           milliseconds quiet_time)
+                           milliseconds quiet_time, bool keep)
     : host_(std::move(host)),
       shown_(shown),
       quiet_time_(quiet_time),
+      keep_(keep),
       splitter_(max_output_size),
       reader_([this] { read_output(); }) {}
 
@@ -44,17 +46,19 @@ void host_session::send(const std::string& text, std::size_t envelope_size) {
   while (failure().empty() && cutter.next(envelope)) {
     shown_.frame(false, envelope);
     const std::string frame = make_frame(envelope);
-    if (!host_->write(frame.data(), frame.size(), write_patience)) {
+    if (!host_->write(frame.data(), frame.size(), write_timeout)) {
       fail("the host takes no more input");
     }
     note_traffic();
   }
 }
 
-void host_session::wait_quiet() {
+void host_session::wait_quiet() { wait_for(std::numeric_limits<std::size_t>::max()); }
+
+void host_session::wait_for(std::size_t notifications) {
   checked_lock lock(mutex_);
-  const auto give_up = clock::now() + quiet_time_ + noise_patience;
-  while (failure_.empty() && !output_ended_) {
+  const auto give_up = clock::now() + quiet_time_ + noise_timeout;
+  while (failure_.empty() && !output_ended_ && notifications_.size() < notifications) {
     const auto due = std::min(last_traffic_ + quiet_time_, give_up);
     if (clock::now() >= due) return;
     changed_.wait_until(lock.native(), due);
@@ -67,18 +71,23 @@ std::optional<int> host_session::finish() {
     input_closed_ = true;
   }
   host_->close_input();
-  const std::optional<int> exit_value = host_->wait(exit_patience);
+  const std::optional<int> exit_value = host_->wait(exit_timeout);
   if (!exit_value.has_value()) {
     fail("the host doesn't end with its input; killed it");
     host_->kill();
   }
   {
     checked_lock lock(mutex_);
-    changed_.wait_for(lock.native(), tail_patience,
+    changed_.wait_for(lock.native(), tail_timeout,
                       [this]() REQUIRES(mutex_) { return output_ended_; });
   }
   stop_reader();
   return exit_value;
+}
+
+std::vector<std::string> host_session::notifications() const {
+  const checked_lock lock(mutex_);
+  return notifications_;
 }
 
 std::string host_session::failure() const {
@@ -110,15 +119,24 @@ void host_session::take(std::string_view bytes) {
 }
 
 bool host_session::take_frame(const std::string& text, std::string& error) {
-  envelope e;
-  bool in_order = read_envelope(text, e, error);
+  parsed_envelope e;
+  bool in_order = parse_envelope(text, e, error);
   if (in_order && !e.from_host) {
     error = "an envelope without \"reply\"";
     in_order = false;
   }
-  in_order = in_order && shown_.take(text, e, joiner_, error);
-  if (!in_order) error += ": " + printable_line(text);
-  return in_order;
+  std::string joined;
+  const auto result =
+      in_order ? shown_.take(text, e, joiner_, joined, error) : join_result::refused;
+  if (result == join_result::refused) error += ": " + printable_line(text);
+  if (result == join_result::complete && keep_) keep(std::move(joined));
+  return result != join_result::refused;
+}
+
+void host_session::keep(std::string notification) {
+  const checked_lock lock(mutex_);
+  notifications_.push_back(std::move(notification));
+  changed_.notify_all();
 }
 
 void host_session::note_traffic() {

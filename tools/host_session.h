@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/checked_mutex.h"
 #include "platform/child_process.h"
@@ -18,9 +19,9 @@
 class host_session {
  public:
   // Takes a host that has just been started; `shown` outlives the session. A host counts as quiet
-  // after `quiet_time` without a byte either way.
+  // after `quiet_time` without a byte either way. Notifications are kept only if `keep` says so.
   host_session(std::unique_ptr<platform::child_process> host, transcript& shown,
-               std::chrono::milliseconds quiet_time);
+               std::chrono::milliseconds quiet_time, bool keep = false);
   ~host_session();
   host_session(const host_session&) = delete;
   host_session& operator=(const host_session&) = delete;
@@ -30,6 +31,12 @@ class host_session {
 
   // Waits until the host is quiet, or the session over. Gives up on a host that is never quiet.
   void wait_quiet();
+
+  // The same, but no longer than until so many notifications are kept.
+  void wait_for(std::size_t notifications);
+
+  // All that are kept.
+  std::vector<std::string> notifications() const;
 
   // Closes the host's input and waits for its end. Gives the exit value, nothing if it had to be
   // killed.
@@ -44,6 +51,7 @@ class host_session {
   void read_output();
   void take(std::string_view bytes);
   bool take_frame(const std::string& text, std::string& error);
+  void keep(std::string notification);
   void note_traffic();
   void note_end_of_output();
   void fail(const std::string& what);
@@ -52,6 +60,7 @@ class host_session {
   const std::unique_ptr<platform::child_process> host_;
   transcript& shown_;
   const std::chrono::milliseconds quiet_time_;
+  const bool keep_;
   std::uint32_t sent_ = 0;
 
   // The reader's own.
@@ -62,6 +71,7 @@ class host_session {
   std::condition_variable changed_;
   clock::time_point last_traffic_ GUARDED_BY(mutex_) = clock::now();
   std::string failure_ GUARDED_BY(mutex_);
+  std::vector<std::string> notifications_ GUARDED_BY(mutex_);
   bool input_closed_ GUARDED_BY(mutex_) = false;
   bool output_ended_ GUARDED_BY(mutex_) = false;
   bool stop_ GUARDED_BY(mutex_) = false;

@@ -3,13 +3,13 @@
 #include <string_view>
 
 #include "json/parser.h"
-#include "transport/base64.h"
+#include "transport/codecs/base64.h"
 
 namespace {
 
 constexpr std::int32_t no_number = -1;
 
-void take_member(const json_node& member, envelope& e, bool& has_piece) {
+void take_member(const json_node& member, parsed_envelope& e, bool& has_piece) {
   const std::string_view name = member.name;
   const bool is_text = member.kind == kind_string;
   if (name == "reply") e.from_host = true;
@@ -32,8 +32,8 @@ std::string decode(const std::string& text) {
 
 }  // namespace
 
-bool read_envelope(const std::string& text, envelope& e, std::string& error) {
-  e = envelope{};
+bool parse_envelope(const std::string& text, parsed_envelope& e, std::string& error) {
+  e = parsed_envelope{};
   e.number = no_number;
   bool has_piece = false;
   std::string copy = text;
@@ -54,7 +54,8 @@ bool read_envelope(const std::string& text, envelope& e, std::string& error) {
   return has_piece && !e.id.empty() && (e.last || e.number >= 0);
 }
 
-join_result message_joiner::add(const envelope& e, std::string& message, std::string& error) {
+join_result message_joiner::add(const parsed_envelope& e, std::string& message,
+                                std::string& error) {
   const std::string key = (e.from_host ? '<' : '>') + e.id;
   const bool known = open_.count(key) != 0;
   if (e.piece.size() > max_joined_text - text_size_ ||

@@ -10,7 +10,7 @@
 constexpr std::size_t max_joined_text = std::size_t{64} * 1024 * 1024;
 constexpr std::size_t max_open_messages = 4096;
 
-struct envelope {
+struct parsed_envelope {
   bool from_host = false;  // a piece of a notification, not of a request
   std::string id;
   std::string piece;
@@ -19,7 +19,7 @@ struct envelope {
 };
 
 // Reads the envelope of a frame. False, with the reason in `error`, when it isn't one.
-bool read_envelope(const std::string& text, envelope& e, std::string& error);
+bool parse_envelope(const std::string& text, parsed_envelope& e, std::string& error);
 
 enum class join_result { stored, complete, refused };
 
@@ -28,7 +28,7 @@ class message_joiner {
   // Adds a piece; on `complete` the decoded text is in `message`, on `refused` the reason in
   // `error` and the piece is dropped. Notifications number their pieces without a gap, requests
   // need not.
-  join_result add(const envelope& e, std::string& message, std::string& error);
+  join_result add(const parsed_envelope& e, std::string& message, std::string& error);
 
   std::size_t unfinished() const { return open_.size(); }
 

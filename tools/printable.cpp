@@ -1,17 +1,48 @@
 #include "tools/printable.h"
 
+#include <cstdint>
 #include <cstdio>
 
 namespace {
 
-// First byte of U+0080 to U+00BF in UTF-8, the lower half of which are control characters.
-constexpr unsigned char latin1_lead = 0xC2;
+struct character {
+  std::uint32_t code = 0;
+  std::size_t size = 1;  // in bytes
+  bool whole = false;    // false for a byte that is no part of UTF-8
+};
 
-bool is_blank(unsigned char c) { return c == '\t' || c == '\r' || c == '\n'; }
+// The character at the start of a text that isn't empty.
+character first_character(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  if (lead < 0x80) return {lead, 1, true};
+  const std::size_t size = lead < 0xC2   ? 0
+                           : lead < 0xE0 ? 2
+                           : lead < 0xF0 ? 3
+                           : lead < 0xF5 ? 4
+                                         : 0;
+  if (size == 0 || size > text.size()) return {lead};
+  std::uint32_t code = lead & (0xFFU >> (size + 1));
+  for (std::size_t i = 1; i < size; ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    if ((c & 0xC0) != 0x80) return {lead};
+    code = code << 6 | (c & 0x3FU);
+  }
+  return {code, size, true};
+}
 
-void put_escape(std::string& line, unsigned int code) {
+bool is_control(std::uint32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
+
+// These make a terminal show a line in another order than it has.
+bool turns_direction(std::uint32_t code) {
+  return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069);
+}
+
+bool is_blank(std::uint32_t code) { return code == '\t' || code == '\r' || code == '\n'; }
+
+void put_escape(std::string& line, std::uint32_t code) {
   char escape[8];
-  std::snprintf(escape, sizeof escape, "\\u%04x", code & 0xFF);
+  std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(code & 0xFFFF));
   line += escape;
 }
 
@@ -20,19 +51,16 @@ void put_escape(std::string& line, unsigned int code) {
 std::string printable_line(std::string_view text) {
   std::string line;
   line.reserve(text.size());
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const auto c = static_cast<unsigned char>(text[at]);
-    const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : '\0');
-    if (is_blank(c)) {
+  while (!text.empty()) {
+    const character c = first_character(text);
+    if (is_blank(c.code)) {
       line += ' ';
-    } else if (c < 0x20 || c == 0x7F) {
-      put_escape(line, c);
-    } else if (c == latin1_lead && next >= 0x80 && next < 0xA0) {
-      put_escape(line, next);
-      ++at;
+    } else if (!c.whole || is_control(c.code) || turns_direction(c.code)) {
+      put_escape(line, c.code);
     } else {
-      line += text[at];
+      line += text.substr(0, c.size);
     }
+    text.remove_prefix(c.size);
   }
   return line;
 }

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "transport/base64.h"
+#include "transport/codecs/base64.h"
 
 namespace {
 

@@ -11,13 +11,13 @@ std::string arrow(bool from_host) { return from_host ? "< " : "> "; }
 }  // namespace
 
 void transcript::comment(std::string_view text) {
-  if (both_ways_) line({}, text);
+  if (messages_ == shown_messages::all) line({}, text);
 }
 
 void transcript::message(bool from_host, std::string_view text) {
-  if (both_ways_) {
+  if (messages_ == shown_messages::all) {
     line(arrow(from_host), text);
-  } else if (from_host) {
+  } else if (messages_ == shown_messages::answers && from_host) {
     line({}, text);
   }
 }
@@ -27,13 +27,12 @@ void transcript::frame(bool from_host, std::string_view envelope) {
   line(arrow(from_host) + std::to_string(envelope.size()) + ' ', envelope);
 }
 
-bool transcript::take(const std::string& text, const envelope& e, message_joiner& joiner,
-                      std::string& error) {
+join_result transcript::take(const std::string& text, const parsed_envelope& e,
+                             message_joiner& joiner, std::string& joined, std::string& error) {
   frame(e.from_host, text);
-  std::string joined;
   const join_result result = joiner.add(e, joined, error);
   if (result == join_result::complete) message(e.from_host, joined);
-  return result != join_result::refused;
+  return result;
 }
 
 bool transcript::failed() const {

@@ -7,28 +7,34 @@
 #include "platform/checked_mutex.h"
 #include "tools/message_joiner.h"
 
+// Where requests are shown too, an arrow says which way a message went.
+enum class shown_messages { none, answers, all };
+
 class transcript {
  public:
-  // With `frames` each frame is shown, as an arrow, the envelope's length, and the envelope. With
-  // `both_ways` requests are shown too; then an arrow says which way a message went.
-  transcript(bool frames, bool both_ways) : frames_(frames), both_ways_(both_ways) {}
+  // With `frames` each frame is shown, as an arrow, the envelope's length, and the envelope.
+  transcript(bool frames, shown_messages messages) : frames_(frames), messages_(messages) {}
 
   void comment(std::string_view text);
   void message(bool from_host, std::string_view text);
   void frame(bool from_host, std::string_view envelope);
 
-  // Shows a frame's envelope, and the message if that is complete with it. False, with the reason
-  // in `error`, for a frame that isn't in order.
-  bool take(const std::string& text, const envelope& e, message_joiner& joiner, std::string& error);
+  // Shows a frame's envelope, and the message if that is complete with it, which then is in
+  // `joined`. The reason for a refusal is in `error`.
+  join_result take(const std::string& text, const parsed_envelope& e, message_joiner& joiner,
+                   std::string& joined, std::string& error);
+
+  // Shows a line as it is.
+  void line(std::string_view mark, std::string_view text);
+
+  bool shows_frames() const { return frames_; }
 
   // True once something couldn't be written.
   bool failed() const;
 
  private:
-  void line(std::string_view mark, std::string_view text);
-
   const bool frames_;
-  const bool both_ways_;
+  const shown_messages messages_;
   mutable checked_mutex mutex_;
   bool failed_ GUARDED_BY(mutex_) = false;
 };

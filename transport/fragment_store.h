@@ -3,45 +3,60 @@
 
 #include <cstddef>
 #include <list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
-// Text of unfinished messages that is kept, in bytes over all ids. Far more than any page needs,
-// and far below what the 32-bit lengths of the codecs can count.
-constexpr std::size_t max_gathered_text = std::size_t{64} * 1024 * 1024;
+// What a store keeps at the most; each at least 1.
+struct fragment_bounds {
+  // Text over all ids, in bytes. Far more than any page needs, and far below what the 32-bit
+  // lengths of the codecs can count.
+  std::size_t text = std::size_t{64} * 1024 * 1024;
 
-// Unfinished messages that are kept: bounds what ids without text can take.
-constexpr std::size_t max_unfinished_messages = 4096;
+  // Unfinished messages, which bounds what ids without text can take; and as many messages that
+  // were dropped, of which only the ids are kept.
+  std::size_t messages = 4096;
+};
 
+// A message that doesn't fit any more is dropped as a whole: what comes of it later, up to its
+// closing piece, is refused, lest its end be taken for a message of its own.
 class fragment_store {
  public:
-  // Adds a piece to the message of `id`, which begins with it if it is new. False when the piece
-  // can't fit; then the message of `id` is gone.
+  explicit fragment_store(fragment_bounds bounds = {}) : bounds_(bounds) {}
+
+  // Adds a piece to the message of `id`, which begins with it if it is new. Makes room by dropping
+  // the messages that were untouched longest. False when this message is dropped: the piece can't
+  // fit, or an earlier one didn't.
   bool append(const std::string& id, std::string_view piece);
 
+  // Whether `id` has a message, a dropped one included.
   bool contains(const std::string& id) const { return entries_.count(id) != 0; }
 
-  // Ends the message of `id`, which must be there, and gives its text.
-  std::string take(const std::string& id);
+  // Ends the message of `id`, which must be there, and gives its text; nothing if it was dropped.
+  std::optional<std::string> take(const std::string& id);
 
   // Text held at the moment, in bytes.
   std::size_t text_size() const { return text_size_; }
 
  private:
-  // The ids of entries in the order in which they were touched, the last one at the end. The names
-  // belong to the map, whose elements stay where they are.
+  // Ids of entries, the one that was touched last at the end. The names belong to the map, whose
+  // elements stay where they are.
   using touch_order = std::list<const std::string*>;
   struct entry {
     std::string text;
     touch_order::iterator touched;
+    bool dropped = false;
   };
   using entries = std::unordered_map<std::string, entry>;
 
   entries::iterator touch(const std::string& id);
+  void drop(entry& e);
   void erase(entries::iterator position);
 
+  fragment_bounds bounds_;
   entries entries_;
-  touch_order order_;
+  touch_order kept_;
+  touch_order dropped_;
   std::size_t text_size_ = 0;
 };

@@ -1,23 +1,26 @@
 #include "transport/frame_reader.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
-#include "host/diagnostics.h"
+#include "host/diagnostics/diagnostics.h"
 #include "platform/platform.h"
 #include "platform/wiping.h"
 #include "transport/frame_format.h"
-#include "transport/reassembly.h"
 
 namespace {
 
-// Diagnostics print lengths as the signed 32-bit numbers that they are in most tools.
+// What the stream held behind the last message, in bytes.
+std::atomic<std::size_t> held_input{0};
+
+// Diagnostics show lengths as signed 32-bit numbers.
 long as_signed(std::size_t length) { return static_cast<std::int32_t>(length); }
 
-// A signal that the library handles on this thread interrupts the wait for input, and is no end.
+// A signal that the library handles on this thread interrupts a read, but doesn't end the input.
 bool may_go_on(int error, std::FILE* input) {
   return error == EINTR || (error == EAGAIN && platform::wait_for_input(input));
 }
@@ -35,7 +38,7 @@ std::size_t read_bytes(void* bytes, std::size_t size, std::FILE* input) {
 
 }  // namespace
 
-std::int32_t read_message(std::string& message, std::FILE* input) {
+std::int32_t read_message(std::string& message, std::FILE* input, fragment_store& store) {
   for (;;) {
     frame_length i_len = 0;
     const std::size_t header_read = read_bytes(&i_len, sizeof i_len, input);
@@ -56,17 +59,23 @@ std::int32_t read_message(std::string& message, std::FILE* input) {
     }
     const std::size_t actual_read = read_bytes(ibuf.get(), i_len, input);
     ibuf[actual_read] = '\0';
-    // Frames that make no message, or not yet, may be the last ones for long.
+    // A frame that completes no message may be the last one for a long time.
     platform::wipe_read_bytes(input, header_read + actual_read);
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
                static_cast<int>(std::strlen(ibuf.get())));
     }
     std::string text;
-    reassemble_fragment(ibuf.get(), text);
+    reassemble_fragment(ibuf.get(), text, store);
     if (!text.empty()) {
+      held_input.store(platform::read_ahead(input), std::memory_order_relaxed);
       message = std::move(text);
       return read_complete;
     }
   }
+}
+
+// A part of a header is nothing to wait for.
+bool has_to_serve(std::size_t unread) {
+  return held_input.load(std::memory_order_relaxed) + unread > sizeof(frame_length);
 }

@@ -3,18 +3,20 @@
 // Pieces are joined in order of arrival; ids may interleave. Main thread only.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
+class fragment_store;
+
+// The one of the process, made when it is first asked for.
+fragment_store& process_store();
+
 // Takes one envelope, a terminated text that is rewritten. 0 when the piece was stored, or when it
-// closed its message and that was decoded: then `text` holds the decoded text up to its first NUL.
-// 1 when the envelope was refused or the message couldn't be decoded; `text` stays untouched.
+// closed its message: then `text` holds the decoded text up to its first NUL. 1 when the envelope
+// was refused; `text` stays untouched.
 //
 // A piece that would exceed a limit of fragment_store.h makes the store drop other unfinished
-// messages, those untouched longest first. One that can't fit by itself is refused, and what its
-// own message had gathered is dropped.
-std::int32_t reassemble_fragment(char* frame, std::string& text);
-
-// Bytes of text that unfinished messages hold at the moment; 0 again once the store is gone.
-std::size_t gathered_text();
+// messages, those untouched longest first. One that can't fit by itself is refused, and its own
+// message is dropped. Pieces of a dropped message are refused, the closing one included.
+std::int32_t reassemble_fragment(char* frame, std::string& text,
+                                 fragment_store& store = process_store());

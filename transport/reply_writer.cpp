@@ -1,20 +1,21 @@
 #include "transport/reply_writer.h"
 
-#include "host/diagnostics.h"
+#include "host/diagnostics/diagnostics.h"
 #include "platform/platform.h"
 #include "platform/wiping.h"
-#include "transport/base64.h"
+#include "transport/codecs/base64.h"
 #include "transport/frame_format.h"
+#include "transport/frame_reader.h"
 #include "transport/random_id.h"
 #include "transport/stdout_lock.h"
 
-output_lock stdout_lock;
+checked_mutex stdout_lock;
 
 namespace {
 
 constexpr std::int32_t final_fragment = -1;
 
-// Writes the two parts of a frame into the stream's buffer, and logs the one that fell short.
+// Writes the length and the envelope into the stream's buffer. Logs a short write.
 bool put_frame(const std::string& packet, std::FILE* output) REQUIRES(stdout_lock) {
   const auto length = static_cast<frame_length>(packet.size());
   if (std::fwrite(&length, 1, sizeof length, output) != sizeof length) {
@@ -28,14 +29,16 @@ bool put_frame(const std::string& packet, std::FILE* output) REQUIRES(stdout_loc
   return true;
 }
 
-// The stream is buffered, so a dead pipe shows only once the frame is flushed. The indicator is
-// cleared for each frame, lest one reply be given up for the failure of another's frame in between.
+// The stream is buffered, so a closed pipe shows only when the frame is flushed. The stream's error
+// indicator is cleared for each frame: otherwise the failure of one reply would also end another.
 bool write_frame(const std::string& packet, std::FILE* output) {
   const checked_lock lock(stdout_lock);
   // A write that waits for ever would hold up the end of the process, even the main thread if the
   // library notifies from inside a call of it.
   const std::size_t size = sizeof(frame_length) + packet.size();
-  if (!platform::wait_for_output(output, size, abandoned_patience)) platform::leave_now(0);
+  if (!platform::wait_for_output(output, size, has_to_serve, abandoned_timeout)) {
+    platform::leave_now(0);
+  }
   std::clearerr(output);
   const bool put = put_frame(packet, output);
   std::fflush(output);
@@ -47,7 +50,7 @@ bool write_frame(const std::string& packet, std::FILE* output) {
   return put;
 }
 
-// What all frames of a reply begin with.
+// The part of the envelope that all frames of a reply share.
 void put_reply_start(std::string& packet, std::string_view id) {
   packet += R"({"reply":"success","id":")";
   packet += id;
@@ -69,15 +72,10 @@ void put_encoded(std::string& packet, std::string_view bytes) {
   base64_encode(bytes.data(), size, packet.data() + start, &length);
 }
 
-// A frame takes whole groups of characters, so each piece is encoded by itself where it goes.
+// Each frame holds whole groups of base64 characters, so each piece can be encoded by itself, in
+// the place where it goes out.
 bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) {
   const std::size_t empty_size = make_reply_packet(id, {}, final_fragment).size();
-  if (empty_size >= max_output_size) {
-    if (!dump_off) {
-      log_line("Empty packet size is larger than max_output_size. Error, skipping reply");
-    }
-    return false;
-  }
   const std::size_t room = (max_output_size - empty_size) / 4 * 3;
   std::string packet;
   packet.reserve(max_output_size);
@@ -104,7 +102,7 @@ bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) 
 bool send_reply(std::string_view json_text, std::FILE* output) {
   if (!dump_off) log_line("Sending reply to Chrome");
   if (!dump_off) log_line("[%s]", std::string(json_text).c_str());
-  // The encoded form of more has no length that the extension could count on.
+  // The encoded form of a longer text has no 32-bit length.
   if (json_text.size() > static_cast<std::size_t>(max_base64_input)) {
     if (!dump_off) log_line("can't alloc base64 encode buffer length=%d. skipping...", -1);
     return false;

@@ -8,10 +8,11 @@
 #include <string>
 #include <string_view>
 
-// How long a frame may wait for its reader once the input has ended. Then the process ends, with
-// the exit value of an ended input: the browser counts on a prompt end, also when it has stopped
-// reading.
-constexpr std::chrono::milliseconds abandoned_patience{500};
+// How long a frame may wait for its reader once the input has ended and everything in it has been
+// taken. Then the process ends, with the exit value of an ended input: the browser counts on a
+// prompt end, also when it has stopped reading. Before that a frame waits as long as somebody can
+// still read it, lest requests be lost.
+constexpr std::chrono::milliseconds abandoned_timeout{500};
 
 // Writes the JSON text of one message as frames, the only use that the host makes of standard
 // output. True when every frame was written in full. After the first frame that couldn't be written

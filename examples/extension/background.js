@@ -1,74 +1,81 @@
-// Between the host and the pages: every message of a page goes out with the name of its sender, and
-// what comes back for that sender goes to that frame alone.
-import { HostPort } from "./transport/host_port.js";
+// Between the host and the pages: every page goes out with the name of the document that it comes from,
+// and what comes back for that name goes to that document alone.
+import { CofferState } from "./background/coffer_state.js";
+import { Frames, isWebAddress } from "./background/frames.js";
+import { TypedLogins } from "./background/typed_logins.js";
+import { HostPort } from "./transport/index.js";
 
 const api = globalThis.browser ?? globalThis.chrome;
 
-// What the agent calls the state of a coffer that may be read.
-const unlocked = 1;
+const state = new CofferState();
+const frames = new Frames(api);
+const typedLogins = new TypedLogins((frame, page) => sendPage(frame, "save-info-from-page", 0, page));
 
-const state = { connected: false, reason: "", locked: true, settings: {} };
-
-// Tabs that the agent has sent to a login page, with the login's name; for their next page only.
+// Tabs that the agent has sent to a login page, with the login's name and the document that they showed;
+// for their next document only.
 const expectedLogins = new Map();
 
-// What each tab shows, as far as it has asked.
-const shownAddresses = new Map();
+const port = new HostPort(api, receive, (connected, reason) => state.setConnected(connected, reason));
 
-const port = new HostPort(api, receive, (connected, reason) => {
-  state.connected = connected;
-  state.reason = reason;
-  // A new host says anew what it knows; until then nothing is taken for granted.
-  if (!connected) state.locked = true;
-});
+const byUser = "user";
 
-function senderName(sender, documentId) {
-  return `${sender.tab.id}.${sender.frameId}.${documentId}`;
+// The host gives the sender back as it was: which document asks, with which of its requests, and whether
+// the user has asked for it.
+function senderOf(frame, method, request) {
+  return `${frame.key}.${request}.${method === "drop-down" ? byUser : "page"}`;
 }
 
-function parseSender(name) {
-  const [tab, frame, documentId] = String(name).split(".");
-  return { tab: Number(tab), frame: Number(frame), documentId };
-}
-
-// A frame may be gone by the time that its answer comes.
-function tellFrame(tab, message, options) {
-  api.tabs.sendMessage(tab, message, options).catch(() => {});
+function parseSender(sender) {
+  const [key, request, by] = String(sender).split(".");
+  return { frame: frames.find(key), request: Number(request), isByUser: by === byUser };
 }
 
 async function tellAllPages(message) {
-  for (const tab of await api.tabs.query({})) tellFrame(tab.id, message);
+  for (const tab of await api.tabs.query({})) api.tabs.sendMessage(tab.id, message).catch(() => {});
+}
+
+// The user name that the agent has for the page, which may be empty; null if it has no login.
+function loginIn(inputs) {
+  const filled = inputs.filter((input) => input?.dbSchema);
+  if (filled.length === 0) return null;
+  return String(filled.find((input) => input.dbSchema === "user")?.dbvalue ?? "");
+}
+
+// What the frame needs for filling and no more. Inputs keep their places.
+function answersIn(inputs) {
+  return inputs.map((input) => {
+    const { name, dbSchema, dbvalue } = input ?? {};
+    return dbSchema ? { name, dbSchema, dbvalue: String(dbvalue ?? "") } : null;
+  });
+}
+
+function mayFill(frame, isByUser) {
+  return isByUser || (state.fillsUnasked && !frame.needsUser);
 }
 
 function fill(website) {
-  const { tab, frame, documentId } = parseSender(website.sender);
-  if (!Number.isInteger(tab) || !Number.isInteger(frame)) return;
-  const inputs = Array.isArray(website.inputs) ? website.inputs : [];
-  tellFrame(tab, { type: "fill", documentId, inputs }, { frameId: frame });
-}
-
-function isWebAddress(text) {
-  return URL.canParse(text) && ["http:", "https:"].includes(new URL(text).protocol);
+  const { frame, request, isByUser } = parseSender(website.sender);
+  if (frame === undefined || !Array.isArray(website.inputs)) return;
+  frame.login = loginIn(website.inputs);
+  if (frame.login === null || !mayFill(frame, isByUser)) return;
+  frames.tell(frame, { type: "fill", request, byUser: isByUser, inputs: answersIn(website.inputs) });
 }
 
 async function navigate(website) {
-  const { tab } = parseSender(website.sender);
-  if (!Number.isInteger(tab) || !isWebAddress(website.source)) return;
-  if (shownAddresses.get(tab) === website.source) {
+  const { frame } = parseSender(website.sender);
+  if (frame === undefined || !isWebAddress(website.source)) return;
+  if (frame.source === website.source) {
     // It is there already; loading it again would only make it ask again.
     fill(website);
     return;
   }
-  expectedLogins.set(tab, String(website["navigate-login"] ?? ""));
-  await api.tabs.update(tab, { url: website.source }).catch(() => expectedLogins.delete(tab));
+  expectedLogins.set(frame.tab, { login: String(website["navigate-login"] ?? ""), from: frame.key });
+  await api.tabs.update(frame.tab, { url: website.source }).catch(() => expectedLogins.delete(frame.tab));
 }
 
-function takeState(data) {
-  const wasLocked = state.locked;
-  state.locked = data.dbStatus !== unlocked;
-  state.settings = { ...data.default_settings, ...data.settings };
+function takeData(data) {
   // What could not be filled before can be now, and pages loaded meanwhile have had no answer.
-  if (wasLocked && !state.locked) tellAllPages({ type: "ask-again" });
+  if (state.takeData(data)) tellAllPages({ type: "ask-again" });
 }
 
 function openAddress({ url }) {
@@ -80,8 +87,8 @@ const receivers = {
   coffer_info_update: fill,
   page_input_update: fill,
   navigate_login: navigate,
-  "coffer-init-data": takeState,
-  "coffer-set-settings": (settings) => Object.assign(state.settings, settings),
+  "coffer-init-data": takeData,
+  "coffer-set-settings": (settings) => state.takeSettings(settings),
   "coffer-open-url": openAddress,
 };
 
@@ -91,7 +98,54 @@ function receive(message) {
   }
 }
 
-const pageMethods = ["get-info-for-page", "save-info-from-page", "drop-down"];
+// The browser's word on where a page is from counts, not the page's.
+function sendPage(frame, method, request, page, more = {}) {
+  const sender = senderOf(frame, method, request);
+  port.send({ method, data: { ...page, ...more, sender, source: frame.source } });
+}
+
+function takeExpectedLogin(frame) {
+  const expected = expectedLogins.get(frame.tab);
+  if (expected === undefined || frame.frameId !== 0 || frame.key === expected.from) return {};
+  expectedLogins.delete(frame.tab);
+  return { navigate_login: expected.login };
+}
+
+const pageMethods = ["get-info-for-page", "drop-down"];
+
+const frameReceivers = {
+  page(frame, { method, request, needsUser, page }) {
+    if (!pageMethods.includes(method)) return;
+    frame.needsUser = needsUser;
+    if (page.inputs.some((input) => input.type === "password")) typedLogins.passwordShown(frame);
+    sendPage(frame, method, request, page, takeExpectedLogin(frame));
+  },
+  sent: (frame, { page }) => typedLogins.sent(frame, page),
+  "form-gone": (frame) => typedLogins.formGone(frame),
+  "taken-back": (frame) => typedLogins.takenBack(frame),
+};
+
+api.runtime.onConnect.addListener((connection) => {
+  const frame = frames.open(connection);
+  if (frame === undefined) return;
+  typedLogins.frameOpened(frame);
+  connection.onMessage.addListener((message) => {
+    if (Object.hasOwn(frameReceivers, message.type)) frameReceivers[message.type](frame, message);
+  });
+  connection.onDisconnect.addListener(() => {
+    frames.close(frame);
+    typedLogins.frameClosed(frame);
+  });
+});
+
+api.tabs.onRemoved.addListener((tab) => expectedLogins.delete(tab));
+
+// What the popup and the settings page ask. Never a page of the web.
+
+function isOwnPage(sender) {
+  return sender.url?.startsWith(api.runtime.getURL(""));
+}
+
 const commands = [
   "lock-coffer",
   "unlock-coffer",
@@ -101,38 +155,42 @@ const commands = [
   "get-settings",
 ];
 
-// The browser's word on where a page is from counts, not the page's.
-function askForPage({ method, documentId, page }, sender) {
-  const data = { ...page, sender: senderName(sender, documentId), source: sender.url };
-  if (sender.frameId === 0) shownAddresses.set(sender.tab.id, sender.url);
-  if (sender.frameId === 0 && expectedLogins.has(sender.tab.id)) {
-    data.navigate_login = expectedLogins.get(sender.tab.id);
-    expectedLogins.delete(sender.tab.id);
+// The logins for what the tab in front shows; frames of the same site share theirs.
+async function loginsInFront() {
+  const [tab] = await api.tabs.query({ active: true, lastFocusedWindow: true });
+  const logins = new Map();
+  for (const { key, source, login } of frames.ofTab(tab?.id).filter((frame) => frame.login !== null)) {
+    const host = new URL(source).host;
+    const name = JSON.stringify([host, login]);
+    if (!logins.has(name)) logins.set(name, { host, user: login, keys: [] });
+    logins.get(name).keys.push(key);
   }
-  port.send({ method, data });
+  return [...logins.values()];
 }
 
+async function answerState(answer) {
+  const { connected, reason, locked, settings, fillsUnasked } = state;
+  const logins = locked ? [] : await loginsInFront();
+  answer({ connected, reason, locked, settings, fillsUnasked, logins });
+}
+
+const ownReceivers = {
+  command({ method }) {
+    if (!commands.includes(method)) return;
+    port.reconnect();
+    port.send({ method });
+  },
+  fill({ keys }) {
+    for (const frame of keys.map((key) => frames.find(key)).filter(Boolean)) {
+      frames.tell(frame, { type: "fill-by-user" });
+    }
+  },
+  state: (_, answer) => answerState(answer),
+};
+
+// True keeps the way back open for an answer that comes later.
 api.runtime.onMessage.addListener((message, sender, answer) => {
-  if (message.type === "page" && sender.tab && pageMethods.includes(message.method)) {
-    askForPage(message, sender);
-  } else if (message.type === "command" && isOwnPage(sender) && commands.includes(message.method)) {
-    runCommand(message.method);
-  } else if (message.type === "state" && isOwnPage(sender)) {
-    answer(state);
-  }
+  if (!isOwnPage(sender) || !Object.hasOwn(ownReceivers, message.type)) return false;
+  ownReceivers[message.type](message, answer);
+  return message.type === "state";
 });
-
-api.tabs.onRemoved.addListener((tab) => {
-  expectedLogins.delete(tab);
-  shownAddresses.delete(tab);
-});
-
-// The popup, also where it is opened in a tab; never a page of the web.
-function isOwnPage(sender) {
-  return sender.url?.startsWith(api.runtime.getURL(""));
-}
-
-function runCommand(method) {
-  port.reconnect();
-  port.send({ method });
-}

@@ -15,6 +15,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/linux/descriptor.h"
+
 namespace platform {
 namespace {
 
@@ -24,26 +26,6 @@ using std::chrono::steady_clock;
 // How often a child that is waited for is looked at.
 constexpr milliseconds wait_step{1};
 
-class descriptor {
- public:
-  descriptor() = default;
-  explicit descriptor(int fd) : fd_(fd) {}
-  descriptor(descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  descriptor& operator=(descriptor&& other) noexcept {
-    std::swap(fd_, other.fd_);
-    return *this;
-  }
-  ~descriptor() { close(); }
-
-  int get() const { return fd_; }
-  void close() {
-    if (fd_ >= 0) ::close(std::exchange(fd_, -1));
-  }
-
- private:
-  int fd_ = -1;
-};
-
 struct pipe_ends {
   descriptor reading;
   descriptor writing;
@@ -51,7 +33,7 @@ struct pipe_ends {
 
 // Above the standard streams, which the child's ends are moved onto one after the other.
 descriptor above_standard_streams(descriptor end) {
-  if (end.get() < 0 || end.get() > STDERR_FILENO) return end;
+  if (!end.valid() || end.get() > STDERR_FILENO) return end;
   return descriptor(fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
@@ -60,24 +42,24 @@ bool make_pipe(pipe_ends& ends) {
   if (pipe2(fds, O_CLOEXEC) != 0) return false;
   ends.reading = above_standard_streams(descriptor(fds[0]));
   ends.writing = above_standard_streams(descriptor(fds[1]));
-  return ends.reading.get() >= 0 && ends.writing.get() >= 0;
+  return ends.reading.valid() && ends.writing.valid();
 }
 
-// What poll takes; at most the time that is left until `patience` after `start`.
-int poll_time(steady_clock::time_point start, milliseconds patience) {
-  if (patience == child_process::forever) return -1;
+// What poll takes; at most the time that is left until `timeout` after `start`.
+int poll_time(steady_clock::time_point start, milliseconds timeout) {
+  if (timeout == child_process::forever) return -1;
   const auto gone = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
-  const auto left = std::clamp<milliseconds::rep>((patience - gone).count(), 0, INT_MAX);
+  const auto left = std::clamp<milliseconds::rep>((timeout - gone).count(), 0, INT_MAX);
   return static_cast<int>(left);
 }
 
 // True when `fd` is ready for `events`, or broken, which the next transfer will tell.
-bool wait_ready(int fd, short events, milliseconds patience) {
+bool wait_ready(int fd, short events, milliseconds timeout) {
   const auto start = steady_clock::now();
   pollfd request{fd, events, 0};
   int ready = 0;
   do {
-    ready = poll(&request, 1, poll_time(start, patience));
+    ready = poll(&request, 1, poll_time(start, timeout));
   } while (ready < 0 && errno == EINTR);
   return ready > 0;
 }
@@ -94,7 +76,7 @@ class linux_child final : public child_process {
     (void)wait(forever);
   }
 
-  bool write(const void* bytes, std::size_t size, milliseconds patience) override {
+  bool write(const void* bytes, std::size_t size, milliseconds timeout) override {
     auto* at = static_cast<const char*>(bytes);
     const char* const end = at + size;
     while (at != end) {
@@ -102,7 +84,7 @@ class linux_child final : public child_process {
       if (count >= 0) {
         at += count;
       } else if (errno == EAGAIN) {
-        if (!wait_ready(input_.get(), POLLOUT, patience)) return false;
+        if (!wait_ready(input_.get(), POLLOUT, timeout)) return false;
       } else if (errno != EINTR) {
         return false;
       }
@@ -112,8 +94,8 @@ class linux_child final : public child_process {
 
   void close_input() override { input_.close(); }
 
-  std::optional<std::size_t> read(void* bytes, std::size_t size, milliseconds patience) override {
-    if (!wait_ready(output_.get(), POLLIN, patience)) return std::nullopt;
+  std::optional<std::size_t> read(void* bytes, std::size_t size, milliseconds timeout) override {
+    if (!wait_ready(output_.get(), POLLIN, timeout)) return std::nullopt;
     ssize_t count = 0;
     do {
       count = ::read(output_.get(), bytes, size);
@@ -123,11 +105,11 @@ class linux_child final : public child_process {
 
   void close_output() override { output_.close(); }
 
-  std::optional<int> wait(milliseconds patience) override {
+  std::optional<int> wait(milliseconds timeout) override {
     const auto start = steady_clock::now();
     for (;;) {
       look();
-      if (exit_value_.has_value() || poll_time(start, patience) == 0) return exit_value_;
+      if (exit_value_.has_value() || poll_time(start, timeout) == 0) return exit_value_;
       std::this_thread::sleep_for(wait_step);
     }
   }
@@ -221,6 +203,19 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
     return nullptr;
   }
   return std::make_unique<linux_child>(id, std::move(input.writing), std::move(output.reading));
+}
+
+std::string crash_of(int exit_value) {
+  const int number = exit_value - 128;
+  if (number <= 0 || number >= NSIG) return {};
+  return "signal " + std::to_string(number) + " (" + strsignal(number) + ")";
+}
+
+// Sanitizers have handlers of their own, which would make an exit of it.
+void crash_quietly() {
+  const rlimit none = {0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+  for (const int signal : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT}) std::signal(signal, SIG_DFL);
 }
 
 }  // namespace platform

@@ -10,12 +10,14 @@
 #include <string>
 
 #include "platform/linux/debug_address.h"
+#include "platform/linux/descriptor.h"
 #include "platform/platform.h"
 
 namespace platform {
 namespace {
 
 struct debug_socket {
+  // Stays open: a thread of the library may write a line while the process ends.
   int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   sockaddr_un address = debug_address();
   std::string folder = debug_folder(address);
@@ -44,10 +46,8 @@ void write_debug_line(const wide_char* line) {
 // A tracer shows as a process id other than 0 in the process's own status.
 bool debugger_attached() {
   char status[4096];
-  const int fd = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return false;
-  const ssize_t length = read(fd, status, sizeof status);
-  close(fd);
+  const descriptor file(open("/proc/self/status", O_RDONLY | O_CLOEXEC));
+  const ssize_t length = read(file.get(), status, sizeof status);
 
   constexpr std::string_view field = "\nTracerPid:\t";
   const std::string_view text(status, length > 0 ? static_cast<std::size_t>(length) : 0);

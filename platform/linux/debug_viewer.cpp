@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "platform/linux/debug_address.h"
+#include "platform/linux/descriptor.h"
 
 namespace platform {
 namespace {
@@ -54,26 +55,22 @@ class linux_viewer final : public debug_viewer {
     const bool ours = bound_ && lstat(address_.sun_path, &now) == 0 && now.st_dev == file_.st_dev &&
                       now.st_ino == file_.st_ino;
     if (ours) unlink(address_.sun_path);
-    if (socket_ >= 0) close(socket_);
   }
   linux_viewer(const linux_viewer&) = delete;
   linux_viewer& operator=(const linux_viewer&) = delete;
 
   bool start(std::string& error) {
-    const int folder = open_folder(error);
-    if (folder < 0) return false;
-    const bool listening = watch_signals(error) && make_place(error) && listen(error);
-    close(folder);
-    return listening;
+    const descriptor folder = open_folder(error);
+    return folder.valid() && watch_signals(error) && make_place(error) && listen(error);
   }
 
   bool receive(std::string& line) override {
-    pollfd sources[] = {{socket_, POLLIN, 0}, {end_pipe[0], POLLIN, 0}};
+    pollfd sources[] = {{socket_.get(), POLLIN, 0}, {end_pipe[0], POLLIN, 0}};
     char text[max_line];
     for (;;) {
       if (poll(sources, 2, -1) < 0 && errno != EINTR) return false;
       if (sources[1].revents != 0) return false;
-      const ssize_t length = recv(socket_, text, sizeof text, MSG_DONTWAIT);
+      const ssize_t length = recv(socket_.get(), text, sizeof text, MSG_DONTWAIT);
       if (length >= 0) {
         line.assign(text, static_cast<std::size_t>(length));
         return true;
@@ -85,31 +82,30 @@ class linux_viewer final : public debug_viewer {
  private:
   // The folder, locked until it is closed, so that two viewers that start at once don't take each
   // other's socket for a left-over.
-  int open_folder(std::string& error) const {
+  descriptor open_folder(std::string& error) const {
     const std::string folder = debug_folder(address_);
-    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) {
+    descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.valid()) {
       error = because("can't open the runtime folder " + folder);
       if (errno == ENOENT) {
         error += "\nA login session makes it; otherwise: mkdir -p -m 700 " + folder;
       }
-      return -1;
+      return {};
     }
     if (!is_own_folder(folder)) {
       error =
           "others can write to the folder " + folder + "\nMake it yours alone: chmod 700 " + folder;
-    } else if (flock(fd, LOCK_EX | LOCK_NB) == 0) {
-      return fd;
+    } else if (flock(opened.get(), LOCK_EX | LOCK_NB) == 0) {
+      return opened;
     } else {
       error = because("can't lock " + folder) + "\nIs another viewer starting? Try again.";
     }
-    close(fd);
-    return -1;
+    return {};
   }
 
   // Removes the socket of a viewer that died; nobody else's file.
   bool make_place(std::string& error) {
-    socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    socket_ = descriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     struct stat present {};
     if (lstat(address_.sun_path, &present) != 0) return true;
     const std::string path = address_.sun_path;
@@ -117,10 +113,8 @@ class linux_viewer final : public debug_viewer {
       error = path + " is in the way and no socket\nRemove it and start again.";
       return false;
     }
-    const int probe = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    const bool alive = connect(probe, name(), sizeof address_) == 0 || errno != ECONNREFUSED;
-    close(probe);
-    if (alive) {
+    const descriptor probe(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (connect(probe.get(), name(), sizeof address_) == 0 || errno != ECONNREFUSED) {
       error = "another viewer listens at " + path + "\nEnd it first.";
       return false;
     }
@@ -131,7 +125,8 @@ class linux_viewer final : public debug_viewer {
   // The mask, unlike a later change of the mode, leaves no moment at which others could write.
   bool listen(std::string& error) {
     const mode_t mask = umask(beyond_owner);
-    bound_ = bind(socket_, name(), sizeof address_) == 0 && lstat(address_.sun_path, &file_) == 0;
+    bound_ =
+        bind(socket_.get(), name(), sizeof address_) == 0 && lstat(address_.sun_path, &file_) == 0;
     if (!bound_) error = because(std::string("can't make the socket ") + address_.sun_path);
     umask(mask);
     return bound_;
@@ -141,7 +136,7 @@ class linux_viewer final : public debug_viewer {
 
   sockaddr_un address_;
   struct stat file_ {};
-  int socket_ = -1;
+  descriptor socket_;
   bool bound_ = false;
 };
 

@@ -9,6 +9,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
+
+#include "platform/linux/descriptor.h"
 
 namespace platform {
 namespace {
@@ -52,9 +55,9 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
 }
 
 // The content must be on the disk before the name is: a crash in between would leave an empty file.
-bool fill(int fd, const std::string& content) {
-  const bool filled = write_all(fd, content) && fchmod(fd, file_mode) == 0 && fsync(fd) == 0;
-  return close(fd) == 0 && filled;
+bool fill(descriptor file, const std::string& content) {
+  return write_all(file.get(), content) && fchmod(file.get(), file_mode) == 0 &&
+         fsync(file.get()) == 0 && file.close();
 }
 
 }  // namespace
@@ -89,20 +92,11 @@ std::string started_file(const std::string& path) {
   return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
 }
 
-bool others_may_write(const std::string& path) {
-  struct stat found = {};
-  if (stat(path.c_str(), &found) != 0) return false;
-  // In a sticky folder nobody can replace what somebody else has put there.
-  if (S_ISDIR(found.st_mode) && (found.st_mode & S_ISVTX) != 0) return false;
-  return (found.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
-         (found.st_uid != 0 && found.st_uid != geteuid());
-}
-
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error) {
   // Without waiting: a pipe in the place of the file must not hold anybody up.
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (fd < 0) {
+  const descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.valid()) {
     error = reason("read", path);
     return false;
   }
@@ -110,12 +104,11 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
   std::size_t size = 0;
   ssize_t count = 0;
   do {
-    count = read(fd, content.data() + size, content.size() - size);
+    count = read(file.get(), content.data() + size, content.size() - size);
     if (count > 0) size += static_cast<std::size_t>(count);
   } while (size <= limit && (count > 0 || (count < 0 && errno == EINTR)));
   if (count < 0) error = reason("read", path);
   if (size > limit) error = path + " is longer than " + std::to_string(limit) + " bytes";
-  close(fd);
   content.resize(size);
   return count >= 0 && size <= limit;
 }
@@ -126,10 +119,13 @@ bool write_file(const std::string& path, const std::string& content, folder_read
   // A file that may not grow is an error like a full disk, and must leave nothing behind.
   std::signal(SIGXFSZ, SIG_IGN);
   std::string temporary = path + ".XXXXXX";
-  const int fd = mkostemp(temporary.data(), O_CLOEXEC);
-  if (fd >= 0 && fill(fd, content) && rename(temporary.c_str(), path.c_str()) == 0) return true;
+  descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+  const bool made = file.valid();
+  if (made && fill(std::move(file), content) && rename(temporary.c_str(), path.c_str()) == 0) {
+    return true;
+  }
   error = reason("write", path);
-  if (fd >= 0) unlink(temporary.c_str());
+  if (made) unlink(temporary.c_str());
   return false;
 }
 

@@ -6,6 +6,7 @@
 
 #include <climits>
 
+#include "platform/linux/descriptor.h"
 #include "platform/platform.h"
 
 namespace platform {
@@ -42,13 +43,10 @@ bool has_all_segments(int fd, std::uint64_t file_size) {
 // The loader would wait at a pipe for ever, and die of a file whose copying was cut short. All else
 // it judges itself.
 bool is_whole_file(const char* path) {
-  const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (fd < 0) return false;
+  const descriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat found = {};
-  const bool whole = fstat(fd, &found) == 0 && S_ISREG(found.st_mode) &&
-                     has_all_segments(fd, static_cast<std::uint64_t>(found.st_size));
-  close(fd);
-  return whole;
+  return file.valid() && fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
+         has_all_segments(file.get(), static_cast<std::uint64_t>(found.st_size));
 }
 
 }  // namespace
@@ -67,6 +65,8 @@ wide_string library_path_beside(module_handle, wide_view name) {
   const std::string_view folder = executable.substr(0, executable.rfind('/') + 1);
   return wide_path(folder).append(name).append(u".so");
 }
+
+void restrict_library_search() {}
 
 module_handle load_library(const wide_string& path) {
   // The loader replaces words behind a '$', which could lead to another folder.

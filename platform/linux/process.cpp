@@ -1,7 +1,9 @@
 #include <fcntl.h>
 #include <poll.h>
+#include <pthread.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/time.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,7 +11,9 @@
 #include <climits>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 
+#include "platform/linux/descriptor.h"
 #include "platform/platform.h"
 
 namespace platform {
@@ -25,11 +29,6 @@ void make_waiting(int fd) {
   if (flags >= 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
 }
 
-int milliseconds_until(clock::time_point deadline) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - clock::now());
-  return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
-}
-
 // What is known to be left of a page of a pipe.
 struct pipe_room {
   int fd = -1;
@@ -41,35 +40,78 @@ bool joins_writes(int fd) {
   return fcntl(fd, F_GETPIPE_SZ) > 0 && (fcntl(fd, F_GETFL) & O_DIRECT) == 0;
 }
 
+// A pipe that hangs up tells so by itself; how much is left in it, and the end of a file, have to
+// be asked for again and again.
+constexpr int asking_interval = 20;  // in milliseconds
+
+// What can be read at once; unknown counts as nothing.
+std::size_t unread_bytes(int fd) {
+  int count = 0;
+  return ioctl(fd, FIONREAD, &count) == 0 ? static_cast<std::size_t>(std::max(count, 0)) : 0;
+}
+
+bool is_file(int fd) {
+  struct stat status = {};
+  return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
+
 // A pipe is ready when a page of it is free, PIPE_BUF bytes, more than any frame. The input is
 // watched for its end alone; data in it is the main thread's.
-bool wait_until_ready(int output, std::chrono::milliseconds patience) {
+bool wait_until_ready(int output, input_question has_to_serve, std::chrono::milliseconds timeout) {
   pollfd streams[] = {{output, POLLOUT, 0}, {STDIN_FILENO, POLLRDHUP, 0}};
-  int timeout = -1;
-  clock::time_point deadline;
-  for (;;) {
-    const int ready = poll(streams, 2, timeout);
+  bool ended = is_file(STDIN_FILENO);
+  auto deadline = clock::time_point::max();
+  while (clock::now() < deadline) {
+    const int ready = poll(streams, ended ? 1 : 2, ended ? asking_interval : -1);
     if (ready < 0 && errno != EINTR) return true;
     if (ready > 0 && streams[0].revents != 0) return true;
-    if (ready > 0 && streams[1].revents != 0) {
-      streams[1].fd = -1;  // it has said what it had to say
-      deadline = clock::now() + patience;
-      timeout = 0;
-    }
-    if (timeout < 0) continue;
-    timeout = milliseconds_until(deadline);
-    if (timeout == 0) return false;
+    ended = ended || ready > 0;
+    const bool over = ended && !has_to_serve(unread_bytes(STDIN_FILENO));
+    deadline = over ? std::min(deadline, clock::now() + timeout) : clock::time_point::max();
   }
+  return false;
 }
 
 struct {
   int exit_value;
-  clock::time_point deadline;
+  timespec deadline;
 } end_of_process;
 
-// A library may still have timers of its own that raise the signal.
-extern "C" void abandon_exit(int) {
-  if (clock::now() >= end_of_process.deadline) leave_now(end_of_process.exit_value);
+void* abandon_exit(void*) {
+  const auto* const deadline = &end_of_process.deadline;
+  while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, deadline, nullptr) == EINTR) continue;
+  leave_now(end_of_process.exit_value);
+}
+
+// Inherits that all signals are blocked, so that no handler of a library can keep it.
+bool start_clock_thread() {
+  sigset_t all, before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  pthread_t thread = {};
+  const bool started = pthread_create(&thread, nullptr, abandon_exit, nullptr) == 0;
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  if (started) pthread_detach(thread);
+  return started;
+}
+
+// For a process that may have no thread: by the one signal that a library can't have turned off,
+// which costs the exit value.
+void start_fatal_timer() {
+  sigevent event = {};
+  event.sigev_notify = SIGEV_SIGNAL;
+  event.sigev_signo = SIGKILL;
+  timer_t timer = nullptr;
+  const itimerspec end = {{}, end_of_process.deadline};
+  if (timer_create(CLOCK_MONOTONIC, &event, &timer) == 0) {
+    timer_settime(timer, TIMER_ABSTIME, &end, nullptr);
+  }
+}
+
+timespec time_after(std::chrono::milliseconds limit) {
+  constexpr std::chrono::nanoseconds::rep second = 1'000'000'000;
+  const auto end = std::chrono::nanoseconds((clock::now() + limit).time_since_epoch()).count();
+  return {end / second, end % second};
 }
 
 }  // namespace
@@ -82,10 +124,8 @@ extern "C" void abandon_exit(int) {
 void forbid_memory_dumps() {
   const rlimit none = {0, 0};
   setrlimit(RLIMIT_CORE, &none);
-  const int filter = open("/proc/self/coredump_filter", O_WRONLY | O_CLOEXEC);
-  if (filter < 0) return;
-  (void)!write(filter, "0", 1);
-  close(filter);
+  const descriptor filter(open("/proc/self/coredump_filter", O_WRONLY | O_CLOEXEC));
+  (void)!write(filter.get(), "0", 1);
 }
 
 // Opening takes the lowest free number, so it goes upwards from 0.
@@ -112,9 +152,15 @@ bool wait_for_input(std::FILE* input) {
   return poll(&stream, 1, -1) > 0 || errno == EINTR;
 }
 
+// The fields of the stream are those that the C library's own macros once used.
+std::size_t read_ahead(std::FILE* input) {
+  return static_cast<std::size_t>(input->_IO_read_end - input->_IO_read_ptr);
+}
+
 // While less than a page has been written since a pipe was ready, its page isn't full, and nothing
 // need be asked.
-bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseconds patience) {
+bool wait_for_output(std::FILE* output, std::size_t size, input_question has_to_serve,
+                     std::chrono::milliseconds timeout) {
   static pipe_room room;
   const int fd = fileno(output);
   if (room.fd == fd && size <= room.left) {
@@ -122,25 +168,24 @@ bool wait_for_output(std::FILE* output, std::size_t size, std::chrono::milliseco
     return true;
   }
   room = {};
-  if (!wait_until_ready(fd, patience)) return false;
+  if (!wait_until_ready(fd, has_to_serve, timeout)) return false;
   if (size <= PIPE_BUF && joins_writes(fd)) room = {fd, PIPE_BUF - size};
   return true;
 }
 
-// A timer of the system, since a thread to keep the time may not be had. What a library did to the
-// signal counts no more.
 void end_process(int exit_value, std::chrono::milliseconds limit) {
-  end_of_process = {exit_value, clock::now() + limit};
-  std::signal(SIGALRM, abandon_exit);
-  sigset_t alarm;
-  sigemptyset(&alarm);
-  sigaddset(&alarm, SIGALRM);
-  pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
-  const auto microseconds = std::chrono::microseconds(limit).count();
-  const itimerval timer = {{}, {microseconds / 1'000'000, microseconds % 1'000'000}};
-  setitimer(ITIMER_REAL, &timer, nullptr);
+  end_of_process = {exit_value, time_after(limit)};
+  if (!start_clock_thread()) start_fatal_timer();
   std::exit(exit_value);
 }
+
+int forbid_cancellation() {
+  int before = 0;
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
+  return before;
+}
+
+void allow_cancellation(int as_before) { pthread_setcancelstate(as_before, nullptr); }
 
 // Not _exit, in whose place the thread sanitizer flushes the streams first.
 void leave_now(int exit_value) { std::_Exit(exit_value); }

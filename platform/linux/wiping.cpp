@@ -16,10 +16,15 @@ constexpr std::size_t stack_reach = std::size_t{4} * 1024;
 
 void wipe(void* memory, std::size_t size) { explicit_bzero(memory, size); }
 
-void free_wiped(void* block) {
-  if (block != nullptr) wipe(block, malloc_usable_size(block));
+std::size_t free_wiped(void* block) {
+  if (block == nullptr) return 0;
+  const std::size_t size = malloc_usable_size(block);
+  wipe(block, size);
   std::free(block);
+  return size;
 }
+
+void return_free_memory() { malloc_trim(0); }
 
 [[gnu::noinline]] void wipe_stack() {
   char below[stack_reach];

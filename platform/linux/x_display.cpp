@@ -1,77 +1,123 @@
 #include "platform/linux/x_display.h"
 
-#include <poll.h>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdio>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <string>
+#include <string_view>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/x_conversation.h"
 
 namespace platform {
 namespace {
 
-// The number in a display name of this machine, ":N" or ":N.SCREEN" with an optional "unix" in
-// front; negative for any other name. A server across a network can't be asked in bounded time.
-int local_display() {
-  const char* const display = std::getenv("DISPLAY");
-  if (display == nullptr) return -1;
-  const char* const number = std::strchr(display, ':');
-  if (number == nullptr || number[1] < '0' || number[1] > '9') return -1;
-  const std::string host(display, number);
-  return host.empty() || host == "unix" ? std::atoi(number + 1) : -1;
+// Far more than the keys of all displays that a user has.
+constexpr std::size_t max_keys_size = std::size_t{64} * 1024;
+
+// What an entry of the file with the keys is for: a machine, or any.
+constexpr std::uint16_t local_family = 256;
+constexpr std::uint16_t wild_family = 0xFFFF;
+
+bool is_digits(std::string_view text) {
+  return !text.empty() && text.size() <= 5 &&
+         text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// False if the file with the server's keys is one that could keep its reader waiting, as a pipe
-// does. None at all is fine.
-bool keys_are_readable() {
+std::string keys_path() {
   const char* const named = std::getenv("XAUTHORITY");
+  if (named != nullptr) return named;
   const char* const home = std::getenv("HOME");
-  const std::string path =
-      named != nullptr ? named : std::string(home ? home : "") + "/.Xauthority";
-  struct stat status {};
-  return stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+  return std::string(home != nullptr ? home : "") + "/.Xauthority";
 }
 
-// True once the server has said anything to a greeting without a password, a refusal included.
-bool greet(int fd) {
-  // Low byte first, protocol 11.0, no name or data of an authorisation, padding.
-  constexpr char greeting[] = {'l', 0, 11, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  if (send(fd, greeting, sizeof greeting, MSG_NOSIGNAL) != sizeof greeting) return false;
-  pollfd readable = {fd, POLLIN, 0};
-  char answer = 0;
-  return poll(&readable, 1, static_cast<int>(x_answer_timeout.count())) == 1 &&
-         recv(fd, &answer, 1, 0) == 1;
+// The beginning of the file, if it is a regular one: any other could keep its reader waiting.
+std::string read_keys() {
+  const descriptor file(open(keys_path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat status = {};
+  if (!file.valid() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  std::string keys(max_keys_size, '\0');
+  const ssize_t size = read(file.get(), keys.data(), keys.size());
+  keys.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+  return keys;
 }
 
-// Connects to the display's socket, in the abstract name space or in the file system.
-bool answers_at(int display, bool abstract) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const std::size_t shift = abstract ? 1 : 0;
-  const int length = std::snprintf(address.sun_path + shift, sizeof address.sun_path - shift,
-                                   "/tmp/.X11-unix/X%d", display);
-  const std::size_t size = offsetof(sockaddr_un, sun_path) + shift +
-                           static_cast<std::size_t>(length) + (abstract ? 0 : 1);
-  const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  if (fd < 0) return false;
-  const bool connected =
-      connect(fd, reinterpret_cast<const sockaddr*>(&address), static_cast<socklen_t>(size)) == 0;
-  const bool answered = connected && greet(fd);
-  close(fd);
-  return answered;
+// Takes fields off a text, each number with its high byte first. Behind a field that isn't whole
+// everything is empty.
+struct field_reader {
+  std::string_view rest;
+
+  std::uint16_t number() {
+    if (rest.size() < 2) return rest = {}, std::uint16_t{0};
+    const auto high = static_cast<unsigned char>(rest[0]),
+               low = static_cast<unsigned char>(rest[1]);
+    rest.remove_prefix(2);
+    return static_cast<std::uint16_t>(high << 8 | low);
+  }
+
+  std::string_view text() {
+    const std::size_t size = number();
+    if (rest.size() < size) return rest = {};
+    const std::string_view field = rest.substr(0, size);
+    rest.remove_prefix(size);
+    return field;
+  }
+};
+
+std::string own_host_name() {
+  char name[256] = {};
+  gethostname(name, sizeof name - 1);
+  return name;
 }
 
 }  // namespace
 
-bool x_server_answers() {
-  const int display = local_display();
-  return display >= 0 && keys_are_readable() &&
-         (answers_at(display, true) || answers_at(display, false));
+std::optional<x_display> named_display() {
+  const char* const value = std::getenv("DISPLAY");
+  const std::string_view name = value != nullptr ? value : "";
+  const std::size_t colon = name.find(':');
+  if (colon == name.npos) return std::nullopt;
+  const std::string_view host = name.substr(0, colon);
+  const std::string_view place = name.substr(colon + 1);
+  const std::size_t point = std::min(place.find('.'), place.size());
+  const std::string_view number = place.substr(0, point);
+  const std::string_view screen = place.substr(std::min(point + 1, place.size()));
+  const bool usable = (host.empty() || host == "unix") && is_digits(number);
+  if (!usable || (!screen.empty() && !is_digits(screen))) return std::nullopt;
+  return x_display{std::string(number), std::atoi(std::string(screen).c_str())};
+}
+
+std::vector<x_address> addresses_of(const x_display& display) {
+  const std::string path = "/tmp/.X11-unix/X" + display.number;
+  std::vector<x_address> found;
+  for (const std::size_t shift : {std::size_t{1}, std::size_t{0}}) {
+    x_address address = {};
+    address.socket.sun_family = AF_UNIX;
+    path.copy(address.socket.sun_path + shift, path.size());
+    address.size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + path.size());
+    found.push_back(address);
+  }
+  return found;
+}
+
+std::string key_of(const x_display& display) {
+  const std::string keys = read_keys();
+  const std::string own_name = own_host_name();
+  for (field_reader reader{keys}; !reader.rest.empty();) {
+    const std::uint16_t family = reader.number();
+    const std::string_view address = reader.text(), number = reader.text();
+    const std::string_view kind = reader.text(), key = reader.text();
+    const bool is_own = family == wild_family || (family == local_family && address == own_name);
+    const bool fits = number.empty() || number == display.number;
+    if (is_own && fits && kind == x_key_kind) return std::string(key);
+  }
+  return {};
 }
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <string_view>
 
 #include "platform/windows/command_line.h"
@@ -22,9 +23,9 @@ constexpr DWORD pipe_size = 64 * 1024;
 // Written at once. A child that takes anything takes as much as this before long.
 constexpr std::size_t write_step = 4096;
 
-DWORD wait_time(milliseconds patience) {
-  if (patience == child_process::forever) return INFINITE;
-  return static_cast<DWORD>(std::clamp<milliseconds::rep>(patience.count(), 0, INFINITE - 1));
+DWORD wait_time(milliseconds timeout) {
+  if (timeout == child_process::forever) return INFINITE;
+  return static_cast<DWORD>(std::clamp<milliseconds::rep>(timeout.count(), 0, INFINITE - 1));
 }
 
 std::string system_message(DWORD error) {
@@ -65,14 +66,14 @@ struct transfer_result {
   DWORD error = ERROR_SUCCESS;
 };
 
-// Runs one ReadFile or WriteFile that takes `patience` at the most.
+// Runs one ReadFile or WriteFile that takes `timeout` at the most.
 template <class Operation>
-transfer_result transfer(const handle& end, milliseconds patience, Operation operation) {
+transfer_result transfer(const handle& end, milliseconds timeout, Operation operation) {
   const handle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   OVERLAPPED overlapped = {};
   overlapped.hEvent = event.get();
   if (operation(&overlapped) == 0 && GetLastError() != ERROR_IO_PENDING) return {0, GetLastError()};
-  if (WaitForSingleObject(event.get(), wait_time(patience)) != WAIT_OBJECT_0) {
+  if (WaitForSingleObject(event.get(), wait_time(timeout)) != WAIT_OBJECT_0) {
     CancelIoEx(end.get(), &overlapped);
   }
   // Cancelled or not, the system is done with the memory only after this.
@@ -93,13 +94,13 @@ class windows_child final : public child_process {
     (void)wait(forever);
   }
 
-  bool write(const void* bytes, std::size_t size, milliseconds patience) override {
+  bool write(const void* bytes, std::size_t size, milliseconds timeout) override {
     const auto* at = static_cast<const char*>(bytes);
     const char* const end = at + size;
     while (at != end) {
       const auto left = static_cast<std::size_t>(end - at);
       const auto step = static_cast<DWORD>(std::min(write_step, left));
-      const transfer_result result = transfer(input_, patience, [&](OVERLAPPED* overlapped) {
+      const transfer_result result = transfer(input_, timeout, [&](OVERLAPPED* overlapped) {
         return WriteFile(input_.get(), at, step, nullptr, overlapped);
       });
       if (result.error != ERROR_SUCCESS) return false;
@@ -110,9 +111,9 @@ class windows_child final : public child_process {
 
   void close_input() override { input_.close(); }
 
-  std::optional<std::size_t> read(void* bytes, std::size_t size, milliseconds patience) override {
+  std::optional<std::size_t> read(void* bytes, std::size_t size, milliseconds timeout) override {
     const auto room = static_cast<DWORD>(std::min<std::size_t>(size, MAXDWORD));
-    const transfer_result result = transfer(output_, patience, [&](OVERLAPPED* overlapped) {
+    const transfer_result result = transfer(output_, timeout, [&](OVERLAPPED* overlapped) {
       return ReadFile(output_.get(), bytes, room, nullptr, overlapped);
     });
     if (result.error == ERROR_OPERATION_ABORTED) return std::nullopt;
@@ -121,8 +122,8 @@ class windows_child final : public child_process {
 
   void close_output() override { output_.close(); }
 
-  std::optional<int> wait(milliseconds patience) override {
-    if (WaitForSingleObject(process_.get(), wait_time(patience)) != WAIT_OBJECT_0) return {};
+  std::optional<int> wait(milliseconds timeout) override {
+    if (WaitForSingleObject(process_.get(), wait_time(timeout)) != WAIT_OBJECT_0) return {};
     DWORD value = 0;
     GetExitCodeProcess(process_.get(), &value);
     return static_cast<int>(value);
@@ -222,6 +223,28 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
   const handle thread(made.hThread);
   return std::make_unique<windows_child>(handle(made.hProcess), std::move(input.ours),
                                          std::move(output.ours));
+}
+
+// The system ends a process with the code of the exception that nobody handled: an error of the
+// highest severity.
+std::string crash_of(int exit_value) {
+  constexpr auto severity = 0xC0000000;
+  const auto code = static_cast<DWORD>(exit_value);
+  if ((code & severity) != severity) return {};
+  char text[64];
+  const char* const name = code == STATUS_ACCESS_VIOLATION ? " (access violation)"
+                           : code == STATUS_STACK_OVERFLOW ? " (stack overflow)"
+                                                           : "";
+  std::snprintf(text, sizeof text, "exception 0x%08lX%s", code, name);
+  return text;
+}
+
+void crash_quietly() {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  SetUnhandledExceptionFilter([](EXCEPTION_POINTERS* what) -> LONG {
+    TerminateProcess(GetCurrentProcess(), what->ExceptionRecord->ExceptionCode);
+    return EXCEPTION_EXECUTE_HANDLER;
+  });
 }
 
 }  // namespace platform

@@ -4,8 +4,6 @@
 #include <shlwapi.h>
 
 #include <algorithm>
-#include <cwchar>
-#include <limits>
 
 #include "platform/platform.h"
 #include "platform/windows/native.h"
@@ -25,14 +23,6 @@ wide_string path_of(const config_key& key) {
   return from_native(path);
 }
 
-// The runtime wraps around where a value is too large, and a large value could come out as 0.
-bool is_beyond_32_bits(const wide_char* text, bool& negative) {
-  const long long value = std::wcstoll(native(text), nullptr, 10);
-  negative = value < 0;
-  return value < std::numeric_limits<std::int32_t>::min() ||
-         value > std::numeric_limits<std::int32_t>::max();
-}
-
 }  // namespace
 
 std::size_t config_value(const config_key& key, wide_char* out, std::size_t capacity) {
@@ -44,13 +34,6 @@ std::size_t config_value(const config_key& key, wide_char* out, std::size_t capa
   const auto size = static_cast<DWORD>(std::min<std::size_t>(capacity, MAXDWORD));
   return GetPrivateProfileStringW(native(section.c_str()), native(name.c_str()), nullptr,
                                   native(out), size, native(path.c_str()));
-}
-
-std::int32_t leading_integer(const wide_char* text) {
-  bool negative = false;
-  if (!is_beyond_32_bits(text, negative)) return _wtoi(native(text));
-  return negative ? std::numeric_limits<std::int32_t>::min()
-                  : std::numeric_limits<std::int32_t>::max();
 }
 
 }  // namespace platform

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 // The other headers of the system build on that one.
-#include <aclapi.h>
 #include <io.h>
 
 #include <cctype>
@@ -33,23 +32,6 @@ bool make_folders(const std::string& path, std::string& error) {
   }
   error = reason("make the folder", path);
   return false;
-}
-
-// Groups that everybody belongs to.
-bool is_everybody(PSID id) {
-  return IsWellKnownSid(id, WinWorldSid) != 0 || IsWellKnownSid(id, WinAuthenticatedUserSid) != 0 ||
-         IsWellKnownSid(id, WinBuiltinUsersSid) != 0 || IsWellKnownSid(id, WinInteractiveSid) != 0;
-}
-
-bool lets_everybody_write(void* entry) {
-  constexpr DWORD changes =
-      FILE_WRITE_DATA | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
-  const auto* const header = static_cast<ACE_HEADER*>(entry);
-  if (header->AceType != ACCESS_ALLOWED_ACE_TYPE || (header->AceFlags & INHERIT_ONLY_ACE) != 0) {
-    return false;
-  }
-  auto* const allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
-  return (allowed->Mask & changes) != 0 && is_everybody(&allowed->SidStart);
 }
 
 bool fill(const std::string& path, const std::string& content) {
@@ -97,23 +79,6 @@ file_facts look_at(const std::string& path) {
 }
 
 std::string started_file(const std::string& path) { return path; }
-
-bool others_may_write(const std::string& path) {
-  PACL list = nullptr;
-  PSECURITY_DESCRIPTOR descriptor = nullptr;
-  if (GetNamedSecurityInfoA(path.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
-                            nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
-    return false;
-  }
-  // No list at all lets everybody do everything.
-  bool found = list == nullptr;
-  for (DWORD i = 0; !found && i < list->AceCount; ++i) {
-    void* entry = nullptr;
-    found = GetAce(list, i, &entry) != 0 && lets_everybody_write(entry);
-  }
-  LocalFree(descriptor);
-  return found;
-}
 
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error) {

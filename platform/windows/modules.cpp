@@ -32,8 +32,12 @@ wide_string library_path_beside(module_handle module, wide_view name) {
   return PathAppendW(path, native(file.c_str())) == 0 ? wide_string() : from_native(path);
 }
 
+void restrict_library_search() { SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS); }
+
 module_handle load_library(const wide_string& path) {
-  return is_full_path(path) ? LoadLibraryW(native(path.c_str())) : nullptr;
+  if (!is_full_path(path)) return nullptr;
+  constexpr DWORD own_and_system = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32;
+  return LoadLibraryExW(native(path.c_str()), nullptr, own_and_system);
 }
 
 void* library_symbol(module_handle module, const char* name) {

@@ -48,7 +48,12 @@ bool wait_for_input(std::FILE*) { return false; }
 
 // What the system tells of a pipe isn't enough: the room in it counts without what a reader waits
 // for, and while one thread reads, every question about the input waits for that read.
-bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) { return true; }
+bool wait_for_output(std::FILE*, std::size_t, input_question, std::chrono::milliseconds) {
+  return true;
+}
+
+// Nobody asks.
+std::size_t read_ahead(std::FILE*) { return 0; }
 
 // The system ends the threads that are left before it tells the libraries of the end, and a library
 // may then wait for a lock that went with its thread. So nobody is told.
@@ -62,6 +67,10 @@ void end_process(int exit_value, std::chrono::milliseconds limit) {
   _cexit();
   leave_now(exit_value);
 }
+
+// Threads can't be cancelled here.
+int forbid_cancellation() { return 0; }
+void allow_cancellation(int) {}
 
 // Even the runtime's quick ways out tell each library of the end, under a lock of the loader's that
 // a stuck thread may hold.

@@ -35,22 +35,32 @@ std::string reason(const manifest_place& place, LSTATUS status) {
 
 }  // namespace
 
-manifest_place place_of(const browser_places& browser, const std::string& title,
-                        const std::string& name, registration_scope scope,
-                        const std::string& root) {
+std::string path_in_system(const std::string&, const std::string&) { return {}; }
+
+manifest_place place_of(const browser_places& browser, const std::string& name,
+                        registration_scope scope, const std::string& root) {
   const bool for_user = scope == registration_scope::user;
   char folder[max_path_size] = {};
   SHGetFolderPathA(nullptr, for_user ? CSIDL_LOCAL_APPDATA : CSIDL_COMMON_APPDATA, nullptr,
                    SHGFP_TYPE_CURRENT, folder);
   if (folder[0] == '\0' || !root.empty()) return {};
-  // The folder is nobody's but ours, so each browser has a file of its own there.
-  const std::string file =
-      path_below(folder, R"(Orvanta\NativeMessagingHosts\)" + name + '.' + title + ".json");
+  // The folder is nobody's but ours, so each registry key has a file of its own there.
+  const std::string file = path_below(
+      folder, R"(Orvanta\NativeMessagingHosts\)" + name + '.' + browser.registry_owner + ".json");
   return {file, (for_user ? user_root : machine_root) + path_below(browser.registry_key, name),
           scope};
 }
 
-manifest_place place_in_user_data(const std::string&, const std::string&) { return {}; }
+manifest_place place_in_folder(const std::string&, const std::string&) { return {}; }
+
+manifest_place place_in_flatpak(const browser_places&, const std::string&, const std::string&) {
+  return {};
+}
+
+std::string host_of_manifest(const std::string& file, const std::string& named) {
+  if (named.empty() || is_absolute_path(named)) return named;
+  return path_below(folder_of(file), named);
+}
 
 std::string registered_file(const manifest_place& place) {
   char path[max_path_size * 2] = {};
@@ -76,7 +86,7 @@ bool remove_registration(const manifest_place& place, std::string& error) {
   return false;
 }
 
-browser_traces find_browser(const browser_places& browser, const std::string&) {
+browser_traces traces_of(const browser_places& browser, const std::string&) {
   // The browser's own key lies above that of the hosts.
   const std::string key = folder_of(browser.registry_key);
   browser_traces traces;

@@ -17,10 +17,14 @@ constexpr std::size_t stack_reach = std::size_t{8} * 1024;
 
 void wipe(void* memory, std::size_t size) { SecureZeroMemory(memory, size); }
 
-void free_wiped(void* block) {
-  if (block != nullptr) wipe(block, _msize(block));
+std::size_t free_wiped(void* block) {
+  const std::size_t size = block != nullptr ? _msize(block) : 0;
+  wipe(block, size);
   std::free(block);
+  return size;
 }
+
+void return_free_memory() { _heapmin(); }
 
 [[gnu::noinline]] void wipe_stack() {
   char below[stack_reach];

@@ -1,5 +1,7 @@
+#include <sys/resource.h>
 #include <xcb/xcb.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -32,6 +34,30 @@ std::unique_ptr<platform::debug_viewer> open_debug_channel() {
 
 std::int32_t main_thread(const platform::child_process& host) {
   return static_cast<std::int32_t>(host.process_id());
+}
+
+bool ask_to_end(const platform::child_process& process) {
+  return kill(static_cast<pid_t>(process.process_id()), SIGTERM) == 0;
+}
+
+bool is_private(const fs::path& file) {
+  return fs::status(file).permissions() == (fs::perms::owner_read | fs::perms::owner_write);
+}
+
+no_room_in_files::no_room_in_files() {
+#if defined(__SANITIZE_THREAD__)
+  // Its runtime writes to a file of its own before a program starts.
+  possible = false;
+#else
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit nothing = {0, RLIM_INFINITY};
+  possible = setrlimit(RLIMIT_FSIZE, &nothing) == 0;
+#endif
+}
+
+no_room_in_files::~no_room_in_files() {
+  const rlimit everything = {RLIM_INFINITY, RLIM_INFINITY};
+  setrlimit(RLIMIT_FSIZE, &everything);
 }
 
 const bool screen_is_optional = true;

@@ -3,7 +3,8 @@
 
 #include <cstdlib>
 
-#include "tests/end_to_end/host_session.h"
+#include "platform/process_memory.h"
+#include "tests/end_to_end/tested_host.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ namespace {
 int exit_value_with(const std::string& failing_allocation, std::size_t& replies) {
   setenv("LD_PRELOAD", FAILING_MEMORY, 1);
   setenv("CFHOST_FAILING_ALLOCATION", failing_allocation.c_str(), 1);
-  host_session host("post deliver data");
+  tested_host host("post deliver data");
   unsetenv("LD_PRELOAD");
   unsetenv("CFHOST_FAILING_ALLOCATION");
   host.send(request(R"({"method":"get-info-for-page","data":{"title":"\u00e4 long enough title",)"
@@ -39,4 +40,21 @@ TEST(memory, that_runs_out_ends_the_host_or_drops_what_needed_it) {
     EXPECT_GE(dropped, 1) << "The memory of a frame is tested.";
     std::cout << n << " allocations, " << ended << " ends\n";
   }
+}
+
+TEST(memory, of_large_requests_goes_back) {
+  tested_host host;
+  std::string large = R"({"method":"get-settings","x":[)";
+  while (large.size() < 2'200'000) large += "1 ";
+  large += "]}";
+  for (std::size_t i = 0; i < 10; ++i) {
+    std::string envelope;
+    request_cutter cutter(large, "large", max_request_envelope);
+    while (cutter.next(envelope)) host.send(make_frame(envelope));
+    // When the second one has come the first one is done with.
+    host.send(request(R"({"method":"lock-coffer"})"));
+    EXPECT_EQ(host.report(2 * i + 2).size(), 2 * i + 2);
+    EXPECT_LT(platform::resident_memory(host.process().process_id()), 6U * 1024 * 1024);
+  }
+  EXPECT_EQ(host.finish(), 0);
 }

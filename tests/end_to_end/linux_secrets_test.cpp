@@ -7,8 +7,8 @@
 #include <sstream>
 #include <thread>
 
-#include "tests/end_to_end/host_session.h"
-#include "transport/base64.h"
+#include "tests/end_to_end/tested_host.h"
+#include "transport/codecs/base64.h"
 
 using namespace std::literals;
 
@@ -69,7 +69,7 @@ TEST(secrets, are_gone_from_an_idle_host) {
     script += "post deliver " + to_hex(payload) + " masked\n";
     inputs += R"({"name":"pass","value":")" + secret + R"(","id":"\t)" + secret + "\"},";
   }
-  host_session host(script);
+  tested_host host(script);
   const auto page = R"({"method":"get-info-for-page","data":{"sender":")" + secrets[0] +
                     R"(","inputs":[)" + inputs + "]}}";
   request_cutter cutter(page, "id", 200);
@@ -106,7 +106,7 @@ TEST(secrets, are_in_no_dump_of_a_crash) {
   setrlimit(RLIMIT_CORE, &limit);
   const auto folder = make_folder();
   std::filesystem::current_path(folder);
-  host_session host("post deliver data");
+  tested_host host("post deliver data");
   host.send(request(R"({"method":"lock-coffer"})"));
   EXPECT_EQ(host.replies(1).size(), 1U);
   const std::int64_t process = host.process().process_id();

@@ -7,8 +7,10 @@
 //   WHEN deliver PART...              notifies of one object that has these parts
 //   WHEN threads COUNT TIMES PAYLOAD  notifies on so many threads, so often each; thread 0 puts an
 //                                     'A' in the place of the payload's last letter, thread 1 a 'B'
-//   WHEN hostile SEED PAYLOAD...      notifies of damaged payloads until the library is unloaded
 //   WHEN leave NUMBER                 ends the process with that exit value
+//   WHEN cancelled PAYLOAD            notifies on a thread that is being cancelled
+//   WHEN exit-thread                  ends the calling thread
+//   WHEN ignore NUMBER                ignores the signal of that number
 //   WHEN sleep NUMBER                 waits so many milliseconds
 //
 // WHEN is load, register (on a thread of the library), post (inside each call of it) or unload. A
@@ -19,6 +21,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -27,40 +30,23 @@
 #include <thread>
 #include <vector>
 
-#include "agent/byte_sink.h"
 #include "messages/agent_interface.h"
-#include "messages/records.h"
+#include "messages/library/byte_sink.h"
 #include "platform/exported.h"
 #include "platform/library_threads.h"
 #include "platform/module_folder.h"
 #include "tests/end_to_end/bytes.h"
+#include "tests/end_to_end/ending_threads.h"
 
 namespace {
 
-struct npc {
-  std::int32_t head[6] = {};
-  const char* packet = nullptr;
-};
-static_assert(offsetof(npc, packet) == npc_record::packet_offset);
-
-struct coffer_data {
-  std::int32_t head[8] = {};
-  std::int32_t fUpdate = 1, flags = 0, agPid = 4242, agStatus = 2;
-  CfSettings settings, default_settings;
-  std::int32_t dbStatus = -1;
-};
-static_assert(sizeof(coffer_data) == coffer_data_record::dbStatus_offset + 8);
-
-struct set_values {
-  std::int32_t head[4] = {};
-  std::int32_t has_settings = 0;
-  CfSettings settings;
-};
-static_assert(sizeof(set_values) == set_values_record::settings_offset + sizeof(CfSettings));
-
 // Answers to the names of the parts that it was given. Lives where it was made.
-struct delivered_object final : iCfMsg {
+struct delivered_object final : message_of<delivered_object, iCfMsg> {
   delivered_object() {
+    data.fUpdate = 1;
+    data.agPid = 4242;
+    data.agStatus = 2;
+    data.dbStatus = -1;
     data.settings.set(u"pwdman.enabled", u"true");
     data.default_settings.set(u"pwdman.enabled", u"false");
     values.settings.assign(data.settings);
@@ -69,9 +55,9 @@ struct delivered_object final : iCfMsg {
   void add(const std::string& part, std::istream& words) {
     std::int32_t length = 0;
     if (part == "data") {
-      records.emplace_back(coffer_data_name, &data);
+      records.emplace_back(coffer_data_record::type_name, &data);
     } else if (part == "values" && words >> values.has_settings) {
-      records.emplace_back(set_values_name, &values);
+      records.emplace_back(set_values_record::type_name, &values);
     } else if (part == "length" && words >> length) {
       set_length(length);
     } else if (part == "masked") {
@@ -83,11 +69,11 @@ struct delivered_object final : iCfMsg {
 
   // The packet ends with the payload's last byte, so that reading on doesn't go unnoticed.
   void carry(const std::string& payload) {
-    packet.assign(npc_packet::payload_offset + payload.size(), '\xEE');
-    payload.copy(packet.data() + npc_packet::payload_offset, payload.size());
+    packet.assign(sizeof(npc_packet) + payload.size(), '\xEE');
+    payload.copy(packet.data() + sizeof(npc_packet), payload.size());
     set_length(static_cast<std::int32_t>(payload.size()));
-    carried.packet = packet.data();
-    records.emplace_back(npc_name, &carried);
+    carried.packet = reinterpret_cast<const npc_packet*>(packet.data());
+    records.emplace_back(npc_record::type_name, &carried);
   }
 
   void* query(const cfName& n) override {
@@ -99,24 +85,24 @@ struct delivered_object final : iCfMsg {
   std::int32_t release() override { return decRef(); }
 
   void turn_bits() {
-    for (std::size_t i = npc_packet::payload_offset; masked && i < packet.size(); ++i) {
+    for (std::size_t i = sizeof(npc_packet); masked && i < packet.size(); ++i) {
       packet[i] = static_cast<char>(~packet[i]);
     }
   }
 
   void set_length(std::int32_t length) {
-    std::memcpy(packet.data() + npc_packet::length_offset, &length, sizeof length);
+    std::memcpy(packet.data() + offsetof(npc_packet, length), &length, sizeof length);
   }
 
   std::vector<char> packet;
   bool masked = false;
-  npc carried;
-  coffer_data data;
-  set_values values;
+  npc_record carried;
+  coffer_data_record data;
+  set_values_record values;
   std::vector<std::pair<cfName, void*>> records;
 };
 
-class probe final : public cfApi, public iCfClient {
+class probe final : public implements<probe, iCfClient> {
  public:
   probe() {
     std::ifstream script(folder_ + "script");
@@ -124,7 +110,7 @@ class probe final : public cfApi, public iCfClient {
     perform_all("load");
   }
 
-  ~probe() override {
+  ~probe() {
     stopping_ = true;
     if (worker_.joinable()) worker_.join();
     perform_all("unload");
@@ -132,11 +118,6 @@ class probe final : public cfApi, public iCfClient {
 
   bool told(const std::string& order) const {
     return std::find(script_.begin(), script_.end(), order) != script_.end();
-  }
-
-  void* getInterface(const cfName& name) override {
-    const bool known = name == client_interface && !told("no-interface");
-    return known ? static_cast<iCfClient*>(this) : nullptr;
   }
 
   std::int32_t addObserver(iCfClientObs* observer) override {
@@ -179,9 +160,11 @@ class probe final : public cfApi, public iCfClient {
       if (moment != when) continue;
       if (action == "deliver") deliver(words);
       if (action == "threads") deliver_on_threads(words);
-      if (action == "hostile") deliver_damaged(words);
+      if (action == "cancelled") deliver_while_cancelled(words);
+      if (action == "exit-thread") exit_thread();
       int number = 0;
       if (action == "leave" && words >> number) std::_Exit(number);
+      if (action == "ignore" && words >> number) std::signal(number, SIG_IGN);
       if (action == "sleep" && words >> number) {
         std::this_thread::sleep_for(std::chrono::milliseconds(number));
       }
@@ -195,6 +178,12 @@ class probe final : public cfApi, public iCfClient {
     const std::int32_t result = observer_->notify(&object);
     object.turn_bits();
     report("notified " + std::to_string(result) + ' ' + std::to_string(object.addRef() - 1));
+  }
+
+  void deliver_while_cancelled(std::istream& words) {
+    std::string payload;
+    words >> payload;
+    work_on_cancelled_thread([&] { notify_of(from_hex(payload)); });
   }
 
   void notify_of(const std::string& payload) {
@@ -212,20 +201,12 @@ class probe final : public cfApi, public iCfClient {
       std::string own = from_hex(payload);
       own[own.size() - 4] = static_cast<char>('A' + i);
       threads.emplace_back([this, own, times] {
-        for (int n = 0; n < times && !stopping_; ++n) notify_of(own);
+        delivered_object object;
+        object.carry(own);
+        for (int n = 0; n < times && !stopping_; ++n) observer_->notify(&object);
       });
     }
     for (std::thread& thread : threads) thread.join();
-  }
-
-  void deliver_damaged(std::istream& words) {
-    std::uint64_t seed = 0;
-    std::vector<std::string> payloads;
-    words >> seed;
-    for (std::string word; words >> word;) payloads.push_back(from_hex(word));
-    for (mutator random(seed); !stopping_;) {
-      notify_of(random.mutated(payloads[random.below(payloads.size())]));
-    }
   }
 
   const std::string folder_ = platform::module_folder();
@@ -239,8 +220,13 @@ class probe final : public cfApi, public iCfClient {
 // Ends when the library is unloaded.
 probe the_probe;
 
+class root final : public implements<root, cfApi> {
+ public:
+  void* getInterface(const cfName& name) override {
+    return name == client_interface && !the_probe.told("no-interface") ? &the_probe : nullptr;
+  }
+} the_root;
+
 }  // namespace
 
-extern "C" PLATFORM_EXPORTED cfApi* Api() {
-  return the_probe.told("no-api") ? nullptr : &the_probe;
-}
+extern "C" PLATFORM_EXPORTED cfApi* Api() { return the_probe.told("no-api") ? nullptr : &the_root; }

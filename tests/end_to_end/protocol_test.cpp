@@ -1,8 +1,8 @@
 // Exact bytes through the whole host, in both directions.
 #include <gtest/gtest.h>
 
-#include "tests/end_to_end/host_session.h"
 #include "tests/end_to_end/system_fixture.h"
+#include "tests/end_to_end/tested_host.h"
 
 using namespace std::literals;
 
@@ -19,8 +19,6 @@ constexpr auto posted_page =
 constexpr auto filled_page =
     u"msg::CfMsgWebsite\0\0\0tab-12\0\0\xA5A5\xA5A5source\0page-url\0\0\xA5A5\xA5A5\1\0"
     u"id\0e1\0name\0email\0type\0text\0value\0ann\0\0\xA5A5\xA5A5\0\0\0\0\0\0"sv;
-constexpr auto drop_down =
-    u"msg::CfMsgWebsite\0\0\0\0\0\xA5A5\xA5A5user-state\0drop-down\0\0\xA5A5\xA5A5\0\0\xA5A5\xA5A5"sv;
 constexpr auto open_url = u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in\0"sv;
 
 const std::string filled_text =
@@ -31,7 +29,7 @@ const std::string filled_text =
 }  // namespace
 
 TEST(requests, worked_examples_byte_for_byte) {
-  host_session host;
+  tested_host host;
   host.send("\x2F\0\0\0"sv);
   host.send(R"({"id":"k9","fragment":0,"msg":"eyJtZXRob2QiOi"})");
   host.send("\x3D\0\0\0"sv);
@@ -49,29 +47,8 @@ TEST(requests, worked_examples_byte_for_byte) {
   EXPECT_EQ(host.replies(1), lines{"end"});
 }
 
-TEST(requests, every_method_and_no_refused_one_stops_the_next) {
-  const auto pointer = rest_pointer() ? u"\3\0\0\0\0\0"sv : u"\0\0\0\0\0\0"sv;
-  host_session host;
-  for (const char* const json :
-       {"{}", R"({"method":"open-coffer"})", "{", R"({"method":"configure-coffer"})",
-        R"({"method":"open-settings","data":7})", R"({"method":"Open-Settings"})",
-        R"({"method":"lock-coffer","method":7})", R"({"method":"save-info-from-page","data":{}})",
-        R"({"method":"unlock-coffer"})", R"({"method":"drop-down","data":null})", "[]"}) {
-    host.send(request(json) + make_frame("no envelope") + make_frame(""));
-  }
-  EXPECT_EQ(host.finish(), 0);
-  const lines expected = {
-      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\1\0\0\0"sv),
-      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\3\0\0\0"sv),
-      posted("CfMsgRunConsole", u"msg::CfMsgRunConsole\0\0\0\5\0\0\0"sv),
-      posted("CfMsgCfDbCmd", u"msg::CfMsgCfDbCmd\0\0\0\5\0\0\0\0\0\0\xFFFF\xFFFF"sv),
-      posted("CfMsgUnLockDb.1", u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0\3\0\0\0\0\0"sv),
-      posted("CfMsgWebsite", std::u16string(drop_down).append(pointer))};
-  EXPECT_EQ(host.report(expected.size()), expected);
-}
-
 TEST(notifications, worked_example_byte_for_byte) {
-  host_session host("register deliver " + hex(filled_page));
+  tested_host host("register deliver " + hex(filled_page));
   auto payload = host.next_frame();
   ASSERT_TRUE(payload);
   EXPECT_EQ(payload->size(), 0x174u);
@@ -97,7 +74,7 @@ TEST(notifications, every_kind_and_none_for_what_is_damaged) {
         hex(u"msg::CfMsgWebsiteX\0"sv), hex(u"msg::CfMsgWebsite"sv), std::string("values -1")}) {
     script += "register deliver " + parts + '\n';
   }
-  host_session host(script);
+  tested_host host(script);
   EXPECT_EQ(host.report(13), lines(13, "notified 0 1"));
   EXPECT_EQ(host.finish(), 0);
   const std::string opened = R"({"coffer-open-url":{"url":"pages/sign-in","uuid":"a1b2"}})",

@@ -21,6 +21,19 @@ std::unique_ptr<platform::debug_viewer> open_debug_channel();
 // The number under which the diagnostics of a host show its main thread.
 std::int32_t main_thread(const platform::child_process& host);
 
+// Asks the process to end, as a browser may. False where systems have no such request.
+bool ask_to_end(const platform::child_process& process);
+
+// Whether nobody but the owner of a file may read or write it.
+bool is_private(const std::filesystem::path& file);
+
+// Lets no file grow that this process or one of its children writes, where that can be had.
+struct no_room_in_files {
+  no_room_in_files();
+  ~no_room_in_files();
+  bool possible = false;
+};
+
 // Whether a host may find no screen.
 extern const bool screen_is_optional;
 

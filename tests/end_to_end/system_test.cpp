@@ -4,8 +4,8 @@
 #include <cstring>
 #include <regex>
 
-#include "tests/end_to_end/host_session.h"
 #include "tests/end_to_end/system_fixture.h"
+#include "tests/end_to_end/tested_host.h"
 
 using namespace std::literals;
 
@@ -41,12 +41,12 @@ TEST(diagnostics, exact_lines_once_switched_on_and_none_before) {
   const auto channel = open_debug_channel();
   for (const char* const off : {"", "[coffer]\ndump=0\n", "[coffer]\ndump=x1\n"}) {
     write_configuration(off);
-    host_session host("post deliver values 1");
+    tested_host host("post deliver values 1");
     host.send(make_frame(whole) + make_frame(end_mark));
     EXPECT_EQ(host.report(2).size(), 2u);
   }
   write_configuration("; comment\n[Coffer]\r\n Dump = \"1\" \r\n");
-  host_session host("post deliver values 1");
+  tested_host host("post deliver values 1");
   // Asked for now: the last line may come from a host that is gone.
   const std::int32_t thread = main_thread(host.process());
   host.send(make_frame(bad));
@@ -76,7 +76,7 @@ TEST(diagnostics, exact_lines_once_switched_on_and_none_before) {
 TEST(pointer, goes_with_the_request_and_outlives_the_screen) {
   auto screen = std::make_unique<test_screen>();
   const std::string name = screen->name;
-  host_session host;
+  tested_host host;
   std::size_t n = 0;
   const auto unlock_at = [&](std::u16string_view position) {
     host.send(request(R"({"method":"unlock-coffer"})"));

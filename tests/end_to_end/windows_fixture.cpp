@@ -1,5 +1,6 @@
 #include <windows.h>
 // The other headers of the system build on that one.
+#include <aclapi.h>
 #include <shlobj.h>
 #include <tlhelp32.h>
 
@@ -40,6 +41,32 @@ std::int32_t main_thread(const platform::child_process& host) {
   }
   return found != 0 ? static_cast<std::int32_t>(entry.th32ThreadID) : 0;
 }
+
+bool ask_to_end(const platform::child_process&) { return false; }
+
+// The system itself, which some list too, may read everything anyway.
+bool is_private(const fs::path& file) {
+  PACL list = nullptr;
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (GetNamedSecurityInfoW(file.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                            nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
+    return false;
+  }
+  DWORD owners = 0;
+  for (DWORD i = 0; list != nullptr && i < list->AceCount; ++i) {
+    void* entry = nullptr;
+    GetAce(list, i, &entry);
+    PSID who = &static_cast<ACCESS_ALLOWED_ACE*>(entry)->SidStart;
+    const bool is_group =
+        IsWellKnownSid(who, WinWorldSid) != 0 || IsWellKnownSid(who, WinBuiltinUsersSid) != 0;
+    owners += is_group ? 2 : IsWellKnownSid(who, WinLocalSystemSid) == 0;
+  }
+  LocalFree(descriptor);
+  return owners == 1;
+}
+
+no_room_in_files::no_room_in_files() = default;
+no_room_in_files::~no_room_in_files() = default;
 
 const bool screen_is_optional = false;
 

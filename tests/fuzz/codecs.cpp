@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "json/text_scan.h"
-#include "platform/linux/ascii_runs.h"
+#include "platform/portable/ascii_runs.h"
 #include "tests/fuzz/fuzzing.h"
-#include "transport/base64.h"
-#include "transport/base64_vector.h"
-#include "transport/text.h"
+#include "transport/codecs/base64.h"
+#include "transport/codecs/base64_vector.h"
+#include "transport/codecs/text.h"
 
 namespace {
 

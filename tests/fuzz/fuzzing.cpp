@@ -16,6 +16,13 @@ std::uint8_t take_byte(std::string_view& input) {
   return byte;
 }
 
+std::string_view take_text(std::string_view& input) {
+  const std::size_t end = input.find("\n\n");
+  const std::string_view text = input.substr(0, end);
+  input.remove_prefix(end == input.npos ? input.size() : end + 2);
+  return text;
+}
+
 std::string plainly_decoded(std::string_view text) {
   constexpr std::string_view alphabet =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

@@ -5,19 +5,19 @@
 
 #include "bridge/dispatcher.h"
 #include "json/writer.h"
-#include "messages/client_library.h"
+#include "messages/loader/client_library.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/host_model.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/payload.h"
 #include "tools/request_cutter.h"
+#include "transport/fragment_store.h"
 #include "transport/frame_reader.h"
-#include "transport/reassembly.h"
 
 namespace {
 
 // Keeps the picture of each message, whose form has to be read as the same.
-struct agent final : iCfClient {
+struct agent final : implements<agent, iCfClient> {
   std::int32_t addObserver(iCfClientObs*) override { return 0; }
 
   std::int32_t post(iCfMsg* message) override {
@@ -51,16 +51,18 @@ texts check_reading(std::string stream) {
   const texts expected = plainly_read(stream, open, expected_end);
   texts messages;
   std::FILE* const input = fmemopen(stream.data(), stream.size(), "r");
-  for (std::string m; (end = read_message(m, input)) == read_complete;) messages.push_back(m);
+  fragment_store store;
+  for (std::string m; (end = read_message(m, input, store)) == read_complete;)
+    messages.push_back(m);
   std::fclose(input);
   require(messages == expected && end == expected_end, "frames become these messages");
   for (const auto& [id, piece] : open) {
     std::string frame = R"({"fragment":"final","id":)" + json_quote(id) + "}", text;
     const std::string gathered = plainly_decoded(piece).c_str();
-    require(reassemble_fragment(frame.data(), text) == 0 && text == gathered,
+    require(reassemble_fragment(frame.data(), text, store) == 0 && text == gathered,
             "unfinished messages are kept");
   }
-  require(gathered_text() == 0, "nothing else is kept");
+  require(store.text_size() == 0, "nothing else is kept");
   return messages;
 }
 
@@ -84,8 +86,8 @@ std::string frames_of_lines(std::string_view lines) {
 
 }  // namespace
 
-// The input is a request; behind a zero it is the bytes of the stream, and behind a one its
-// envelopes.
+// The input are requests with an empty line between them; behind a zero it is the bytes of the
+// stream, and behind a one its envelopes.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input = text_of(data, size);
   const std::uint8_t first = size > 0 ? *data : 0;
@@ -94,8 +96,16 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fake::reset(size % 2 == 0);
   texts messages;
   if (first > 1) {
-    messages = check_reading(frames_of(input, min_request_envelope + size % 512));
-    require(messages == texts{std::string(input).c_str()}, "a request arrives");
+    std::string frames;
+    texts requests;
+    for (std::string_view rest = input; !rest.empty();) {
+      const std::string_view request = take_text(rest);
+      frames += frames_of(request, min_request_envelope + size % 512);
+      if (!request.empty() && request[0] != '\0')
+        requests.emplace_back(std::string(request).c_str());
+    }
+    messages = check_reading(frames);
+    require(messages == requests, "requests arrive");
   } else if (size > 0) {
     const std::string_view rest = input.substr(1);
     messages = check_reading(first == 1 ? frames_of_lines(rest) : std::string(rest));

@@ -8,8 +8,8 @@
 #include "messages/website.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/support/payload.h"
+#include "transport/codecs/text.h"
 #include "transport/frame_reader.h"
-#include "transport/text.h"
 
 namespace {
 

@@ -3,21 +3,19 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <memory>
 
 #include "bridge/agent_observer.h"
 #include "messages/commands.h"
-#include "messages/records.h"
+#include "messages/library/received_object.h"
 #include "messages/website.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/payload.h"
 #include "tools/frame_splitter.h"
 #include "tools/message_joiner.h"
-#include "tools/setup/strict_json.h"
+#include "tools/setup/lenient_json.h"
+#include "transport/codecs/text.h"
 #include "transport/frame_format.h"
-#include "transport/text.h"
 
 namespace {
 
@@ -29,24 +27,6 @@ ssize_t write_output(void*, const char* bytes, std::size_t size) {
   return static_cast<ssize_t>(size);
 }
 
-// Carries a payload, and answers to no other name.
-struct carrier final : iCfMsg {
-  explicit carrier(std::string_view payload)
-      : packet(new char[npc_packet::payload_offset + payload.size()]()), npc{{}, packet.get()} {
-    const auto length = static_cast<std::int32_t>(payload.size());
-    std::memcpy(packet.get() + npc_packet::length_offset, &length, sizeof length);
-    payload.copy(packet.get() + npc_packet::payload_offset, payload.size());
-  }
-  std::int32_t release() override { return decRef(); }
-  void* query(const cfName& name) override { return name == npc_name ? &npc : nullptr; }
-
-  const std::unique_ptr<char[]> packet;
-  struct {
-    char unused[npc_record::packet_offset];
-    char* packet;
-  } npc;
-};
-
 using texts = std::vector<std::string>;
 
 // The notifications that went out, each of them whole.
@@ -55,14 +35,15 @@ texts sent_notifications() {
   message_joiner joiner;
   splitter.feed(output);
   std::string text, error;
-  envelope e;
+  parsed_envelope e;
   texts all;
   while (const auto frame = splitter.next()) {
-    require(read_envelope(*frame, e, error) && e.from_host, "an envelope can be read");
+    require(parse_envelope(*frame, e, error) && e.from_host, "an envelope can be read");
     const join_result result = joiner.add(e, text, error);
     require(result != join_result::refused, "pieces are numbered");
     if (result != join_result::complete) continue;
-    require(text.starts_with("{\"") && !find_json_fault(text), "a notification is JSON");
+    require(text.starts_with("{\"") && !to_strict_json(text, firefox_json).fault,
+            "a notification is JSON");
     all.push_back(text);
   }
   require(splitter.complaint().empty() && joiner.unfinished() == 0, "all frames are whole");
@@ -148,8 +129,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   stdout = stream;
   output.clear();
   fake::reset(choice >= 128);
-  carrier object(payload);
-  require(agentObserver.notify(&object) == 0 && object.release() == 0, "one reference is taken");
+  byte_list packet(sizeof(npc_packet));
+  packet.insert(packet.end(), payload.begin(), payload.end());
+  carried_form object(std::move(packet));
+  require(agentObserver.notify(&object) == 0 && object.decRef() == 0, "one reference is taken");
 
   const std::string expected = plainly_notified(payload);
   require(sent_notifications() == (expected.empty() ? texts{} : texts{expected}),

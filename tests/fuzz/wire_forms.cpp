@@ -2,10 +2,10 @@
 
 #include <cstring>
 #include <map>
-#include <memory>
 #include <vector>
 
 #include "messages/commands.h"
+#include "messages/library/received_object.h"
 #include "messages/website.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/support/payload.h"
@@ -14,20 +14,19 @@ namespace {
 
 // The fields of a form: its type, texts, words, guards of which the last one counts, a bag, a list.
 struct form_kind {
-  std::unique_ptr<iCfMsg> (*make)();
+  owned_message (*make)();
   std::string_view fields;
 };
 
 template <class Message>
-std::unique_ptr<iCfMsg> make() {
-  return std::make_unique<Message>();
+owned_message make() {
+  return make_owned<Message>();
 }
 
 const form_kind forms[] = {
     {make<CfMsgWebsite>, "twssgbglgwww"},
     {make<CfMsgOpenUrl>, "tss"},
-    {[]() -> std::unique_ptr<iCfMsg> { return std::make_unique<CfMsgRunConsole>(console_open); },
-     "twwss"},
+    {[]() -> owned_message { return make_owned<CfMsgRunConsole>(console_open); }, "twwss"},
     {make<CfMsgCfDbCmd>, "twwsssww"},
     {make<CfMsgUnLockDb>, "twsswwww"},
 };

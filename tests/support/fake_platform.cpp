@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "host/diagnostics.h"
+#include "host/diagnostics/diagnostics.h"
 
 namespace {
 
@@ -23,9 +23,14 @@ namespace platform {
 
 bool wait_for_input(std::FILE*) { return false; }
 
-bool wait_for_output(std::FILE*, std::size_t, std::chrono::milliseconds) {
+std::size_t read_ahead(std::FILE*) { return 0; }
+
+bool wait_for_output(std::FILE*, std::size_t, input_question, std::chrono::milliseconds) {
   return !state.abandoned;
 }
+
+int forbid_cancellation() { return 0; }
+void allow_cancellation(int) {}
 
 void leave_now(int exit_value) { std::_Exit(exit_value); }
 
@@ -49,6 +54,8 @@ module_handle own_module() { return &state; }
 wide_string library_path_beside(module_handle module, wide_view name) {
   return (module == &state ? u"/own/" : u"/foreign/") + wide_string(name);
 }
+
+void restrict_library_search() {}
 
 module_handle load_library(const wide_string& path) {
   state.loaded_path = path;

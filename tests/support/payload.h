@@ -13,7 +13,7 @@ std::string word(std::uint32_t value);
 std::string frame(std::string_view payload);
 
 // Collects what a message writes; from the call with the number `refused` on it refuses.
-struct memory_sink : cfSink {
+struct memory_sink final : implements<memory_sink, cfSink> {
   bool write_bytes(const void* data, std::uint64_t size) override;
   std::string bytes;
   int calls = 0, refused = 1'000'000;

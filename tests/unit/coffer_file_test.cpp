@@ -7,12 +7,23 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
+
+#include "agent/public_suffix.h"
+#include "tests/unit/table.h"
+#include "transport/codecs/text.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// What is said of the file, without its folder; of a good one the password for "http://a/b".
+wide_string wide(const std::string& text) {
+  wide_string result;
+  utf8_to_wide(result, text.data(), static_cast<std::uint32_t>(text.size()));
+  return result;
+}
+
+// What is said of the file, without its folder; of a good one the password for "https://a:1/b".
 std::string outcome(const fs::path& file) {
   coffer filled;
   std::string problem;
@@ -21,8 +32,8 @@ std::string outcome(const fs::path& file) {
     return folder == problem.npos ? problem : problem.erase(folder, file.string().rfind('/') + 1);
   }
   if (filled.locked()) return "locked";
-  const login* const found = filled.find(u"http://a/b");
-  if (found == nullptr) return filled.find(u"example.com") != nullptr ? "demo" : "empty";
+  const login* const found = filled.find(u"https://a:1/b");
+  if (found == nullptr) return filled.find(u"https://example.com/") != nullptr ? "demo" : "empty";
   return std::string(found->password.begin(), found->password.end());
 }
 
@@ -35,7 +46,7 @@ TEST(CofferFile, IsUsedWholeOrComplainedOf) {
   EXPECT_EQ(outcome(file), "demo");
   const std::pair<std::string, const char*> cases[] = {
       {"{}", "empty"},
-      {R"({"logins":[{"site":"HTTPS://u@a:1/x","password":"p"}]})", "p"},
+      {R"({"explain":true,"logins":[{"site":"HTTPS://u@a:1/x","password":"p"}]})", "p"},
       {R"({"locked":true,"logins":[{"site":"a","password":"p"}],"settings":{"k":"v"}})", "locked"},
       {" \n", "f:2:1: the file is empty"},
       {"[]", "f:1:1: an object is needed here"},
@@ -44,8 +55,12 @@ TEST(CofferFile, IsUsedWholeOrComplainedOf) {
       {R"({"logins":[{"site":"a"}]})", "f:1:14: a login needs a site and a password"},
       {R"({"logins":[{"site":"a","password":"p"},{"site":"A","password":"q"}]})",
        "f:1:42: there is a login for this site already"},
+      {R"({"logins":[{"site":"ftp://a","password":"p"}]})",
+       "f:1:14: a login needs a site and a password"},
+      {R"({"logins":[{"site":"co.uk","password":"p","subdomains":true}]})",
+       "f:1:14: the subdomains of this site belong to different people"},
       {R"({"settings":{"":"v"}})", "f:1:15: a setting needs a name"},
-      {R"({"secret":1})", "f:1:3: unknown member; known are locked, settings and logins"},
+      {R"({"secret":1})", "f:1:3: unknown member; known are locked, explain, settings and logins"},
       {std::string((1 << 20) + 1, ' '), "f is longer than 1048576 bytes"}};
   for (const auto& [content, expected] : cases) {
     std::ofstream(file, std::ios::binary) << content;
@@ -59,4 +74,23 @@ TEST(CofferFile, IsUsedWholeOrComplainedOf) {
   EXPECT_EQ(mkfifo(file.c_str(), 0600), 0);
   EXPECT_EQ(outcome(file), "f:1:1: the file is empty");
   fs::remove_all(folder);
+}
+
+// "site page ..." => "yes" for each page that gets the site's login; '+' in front of a site is for
+// its subdomains, too.
+TEST(Coffer, HasALoginForItsOriginAndWhatTheSiteShares) {
+  check_file(
+      [](const std::string& row) {
+        std::istringstream words(row);
+        std::string word, answers;
+        words >> word;
+        const bool shared = word[0] == '+';
+        coffer store;
+        const auto site = origin_of_site(wide(word.substr(shared)));
+        if (!site || (shared && is_public_suffix(site->host))) return std::string("refused");
+        store.store(*site, {u"u", u"p", shared});
+        while (words >> word) answers += store.find(wide(word)) != nullptr ? "yes " : "no ";
+        return answers.substr(0, answers.size() - 1);
+      },
+      PAGES "/origins.txt");
 }

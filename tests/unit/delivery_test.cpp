@@ -14,7 +14,7 @@ namespace {
 using namespace std::literals;
 
 // Doesn't return from `notify` while it is held.
-struct slow_observer final : iCfClientObs {
+struct slow_observer final : implements<slow_observer, iCfClientObs> {
   std::int32_t notify(iCfMsg*) override {
     while (hold) std::this_thread::yield();
     return ++notified;
@@ -37,10 +37,10 @@ TEST(Delivery, MakesItsCallerWaitInsteadOfGrowing) {
   std::atomic<int> posted = 0;
   std::thread caller([&] {
     for (int i = 0; i < large; ++i) {
-      EXPECT_TRUE(queue.post(std::make_unique<CfMsgGetSettings>(), form_size));
+      EXPECT_TRUE(queue.post(make_owned<CfMsgGetSettings>(), form_size));
       ++posted;
     }
-    EXPECT_TRUE(queue.post(std::make_unique<CfMsgGetSettings>(), 100 * form_size));
+    EXPECT_TRUE(queue.post(make_owned<CfMsgGetSettings>(), 100 * form_size));
   });
   while (posted < 10) std::this_thread::yield();
   std::this_thread::sleep_for(50ms);

@@ -13,6 +13,7 @@
 #include "tests/support/fake_platform.h"
 #include "tests/support/payload.h"
 #include "tests/unit/table.h"
+#include "transport/reassembly.h"
 
 // Tests that start with a new fake system, its diagnostics off or on.
 struct quiet_test : testing::Test {
@@ -27,21 +28,17 @@ std::string form_of(iCfMsg& message);
 // A null pointer as the runtime shows it.
 std::string null_address();
 
-// "sender|size key=value ...|size key=value ...|flags,x,y": the page's bag, then each input's;
-// pairs with an empty value show in the size alone.
-std::string picture(const CfMsgWebsite& message);
-
 using file_pointer = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 file_pointer file_with(std::string_view bytes);
 
 // The message that an envelope completes, or nothing, and the integer result, as in "text|0".
-std::string reassemble(std::string envelope);
+std::string reassemble_in(fragment_store& store, std::string envelope);
+std::string reassemble(const std::string& envelope);
 
-// The frames of one reply, each checked to be exactly as laid down.
+// The replies in frames, all of which have to be whole and in their order.
 struct received_reply {
-  std::string id, encoded;
-  std::vector<std::size_t> sizes;  // of the envelopes
-  bool complete = false;
-  std::string text() const;
+  const std::string& text() const { return joined; }
+  std::string joined;
+  std::vector<std::size_t> sizes;  // of the envelopes since the reply before
 };
-std::vector<received_reply> replies_in(std::string_view stream);
+std::vector<received_reply> replies_in(std::string_view frames);

@@ -1,6 +1,9 @@
 #include "tests/unit/table.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <regex>
 
 namespace {
@@ -29,11 +32,25 @@ std::string all_shown(const Text& text) {
 
 }  // namespace
 
-void check(const std::function<std::string(const std::string&)>& actual, const std::string& table) {
+void check(const std::function<std::string(const std::string&)>& actual, std::string_view table,
+           const char* file, int line) {
   static const std::regex one(R"(\s*(.*?) *=> *(.*?) *(?:\n|;;|$))");
-  for (std::sregex_iterator at(table.begin(), table.end(), one), end; at != end; ++at) {
-    EXPECT_EQ(actual(input_bytes((*at)[1])), (*at)[2]) << "for " << (*at)[1];
+  const char* const end = table.data() + table.size();
+  for (std::cregex_iterator at(table.data(), end, one), none; at != none; ++at) {
+    const std::string input = (*at)[1], expected = (*at)[2], found = actual(input_bytes(input));
+    if (found == expected) continue;
+    const auto row = line + std::count(table.data(), (*at)[2].first, '\n');
+    ADD_FAILURE_AT(file, static_cast<int>(row))
+        << "for " << input << "\nexpected " << expected << "\ngot      " << found;
   }
+}
+
+void check_file(const std::function<std::string(const std::string&)>& actual,
+                const std::string& path) {
+  std::ifstream file(path);
+  const std::string table(std::istreambuf_iterator<char>(file), {});
+  EXPECT_FALSE(table.empty()) << path;
+  check(actual, table, path.c_str(), 1);
 }
 
 std::string shown(std::string_view bytes) { return all_shown(bytes); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "platform/registration.h"
@@ -19,7 +20,14 @@ struct browser {
   platform::browser_places places;
 };
 
+// As tools/setup/browsers.ini lists them.
 std::span<const browser> all_browsers();
 
 // Null if there is none of that name.
 const browser* find_browser(std::string_view name);
+
+// All names, for people.
+std::string browser_names();
+
+// A browser that isn't listed, which is known by the form of its manifests alone.
+const browser& unlisted_browser(id_form form);

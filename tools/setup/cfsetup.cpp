@@ -5,7 +5,9 @@
 
 #include "platform/files.h"
 #include "tools/host_location.h"
+#include "tools/load_examination.h"
 #include "tools/setup/doctor.h"
+#include "tools/setup/recording.h"
 #include "tools/setup/registration.h"
 
 namespace {
@@ -13,67 +15,83 @@ namespace {
 enum exit_value {
   exit_good = 0,
   exit_failed = 1,
-  exit_usage = 2,
 };
 
-exit_value fail(exit_value value, const std::string& what) {
+exit_value fail(const std::string& what) {
   std::fprintf(stderr, "cfsetup: %s\n", what.c_str());
-  return value;
+  return exit_failed;
 }
 
 exit_value print(const report& done, const setup_options& options) {
   const std::string text = options.json ? done.as_json() : done.as_text();
   if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
-    return fail(exit_failed, "can't write to standard output");
+    return fail("can't write to standard output");
   }
   return done.has_faults() ? exit_failed : exit_good;
 }
 
+std::string host_of(const setup_options& options) {
+  return options.host.empty() ? platform::program_file_name(own_host_path()) : options.host;
+}
+
 exit_value install_host(const setup_options& options) {
-  const std::string host =
-      options.host.empty() ? platform::program_file_name(own_host_path()) : options.host;
+  const std::string host = host_of(options);
   if (!platform::look_at(host).executable && !options.force) {
-    return fail(exit_failed, "there is no program " + host +
-                                 ". Name the host with --host, or register it nevertheless with "
-                                 "--force");
+    return fail("there is no program " + host +
+                ". Name the host with --host, or register it nevertheless with --force");
   }
   report done("install");
-  install(options, host, done);
+  std::string error;
+  if (options.record.empty()) {
+    install(options, host, host, done);
+  } else if (options.dry_run ||
+             prepare_recording(options.record, host, options.with_values, error)) {
+    install(options, recording_program(options.record), host, done);
+  } else {
+    return fail(error);
+  }
+  return print(done, options);
+}
+
+// What was put right counts by a second look.
+exit_value examine_all(const setup_options& options) {
+  report found("doctor");
+  repair_list repairs;
+  examine(options, host_of(options), found, repairs);
+  if (!options.fix) return print(found, options);
+  if (options.dry_run) {
+    repairs.tell(found);
+    return print(found, options);
+  }
+  report done("doctor");
+  repairs.run(done);
+  repair_list ignored;
+  examine(options, host_of(options), done, ignored);
+  return print(done, options);
+}
+
+exit_value run(const setup_options& options) {
+  report done(options.command == setup_command::list ? "list" : "remove");
+  switch (options.command) {
+    case setup_command::install:
+      return install_host(options);
+    case setup_command::doctor:
+      return examine_all(options);
+    case setup_command::remove:
+      remove(options, host_of(options), done);
+      break;
+    case setup_command::list:
+      list(options, done);
+      break;
+  }
   return print(done, options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  serve_load_examination(argc, argv);
   setup_options options;
-  std::string error;
-  if (!parse_options({argv + (argc > 0), argv + argc}, options, error)) {
-    return fail(exit_usage, error + "\nTry cfsetup --help.");
-  }
-  switch (options.command) {
-    case setup_command::help:
-      std::fputs(setup_usage, stdout);
-      return exit_good;
-    case setup_command::version:
-      std::puts("cfsetup " CFHOST_VERSION);
-      return exit_good;
-    case setup_command::install:
-      return install_host(options);
-    case setup_command::remove: {
-      report done("remove");
-      remove(options, done);
-      return print(done, options);
-    }
-    case setup_command::list: {
-      report done("list");
-      list(options, done);
-      return print(done, options);
-    }
-    case setup_command::doctor: {
-      report done("doctor");
-      examine(options, done);
-      return print(done, options);
-    }
-  }
-  return exit_usage;
+  if (const auto value = parse_cfsetup_options(argc, argv, options)) return *value;
+  return run(options);
 }

@@ -1,9 +1,12 @@
 // Finds out why a browser doesn't start the host.
 #pragma once
 
-#include "tools/setup/report.h"
+#include "tools/report.h"
+#include "tools/setup/repair.h"
 #include "tools/setup/setup_options.h"
 
 // Examines the registrations of the chosen browsers, and each host that one of them names by
-// starting it. Enters what it finds into the report; changes nothing.
-void examine(const setup_options& options, report& out);
+// starting it. Enters what it finds into the report, and what could be put right into `repairs`;
+// changes nothing. `own_host` is the host that would be registered.
+void examine(const setup_options& options, const std::string& own_host, report& out,
+             repair_list& repairs);

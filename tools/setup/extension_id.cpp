@@ -39,6 +39,25 @@ bool is_letters(std::string_view id) {
   return std::all_of(id.begin(), id.end(), [](char c) { return c >= 'a' && c <= 'p'; });
 }
 
+// What stands between scheme and path of a pattern that Chromium takes; empty for others. The path
+// doesn't matter to it, and whether the host is an id neither.
+std::string host_of_pattern(std::string_view pattern) {
+  constexpr std::string_view any_scheme = "*://";
+  constexpr std::string_view no_host = "*<>[]\\^|@#?:";
+  for (const std::string_view start : {scheme, any_scheme}) {
+    if (!pattern.starts_with(start)) continue;
+    pattern.remove_prefix(start.size());
+    std::string_view host = pattern.substr(0, pattern.find('/'));
+    if (host.size() == pattern.size()) return {};
+    if (host.ends_with(":*")) host.remove_suffix(2);
+    const bool good = std::none_of(host.begin(), host.end(), [no_host](char c) {
+      return static_cast<unsigned char>(c) < ' ' || no_host.find(c) != std::string_view::npos;
+    });
+    return good ? std::string(host) : std::string();
+  }
+  return {};
+}
+
 }  // namespace
 
 std::optional<id_form> form_of_id(const std::string& id, std::string& error) {
@@ -62,7 +81,15 @@ std::string origin_of(const std::string& id, id_form form) {
 bool is_origin(const std::string& origin, id_form form) {
   std::string ignored;
   if (form == id_form::firefox) return form_of_id(origin, ignored) == form;
-  if (!origin.starts_with(scheme) || !origin.ends_with('/')) return false;
-  const std::string id = origin.substr(scheme.size(), origin.size() - scheme.size() - 1);
-  return form_of_id(id, ignored) == form;
+  return !host_of_pattern(origin).empty();
+}
+
+std::string id_of_origin(const std::string& origin, id_form form) {
+  std::string id = origin, ignored;
+  if (form == id_form::chromium) {
+    id = origin.starts_with(scheme) ? host_of_pattern(origin) : std::string();
+    for (char& c : id) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    if (id.ends_with('.')) id.pop_back();
+  }
+  return form_of_id(id, ignored) == form ? id : std::string();
 }

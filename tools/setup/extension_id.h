@@ -13,5 +13,9 @@ std::optional<id_form> form_of_id(const std::string& id, std::string& error);
 // How a manifest lists the extension, and how a browser names it to the host that it starts.
 std::string origin_of(const std::string& id, id_form form);
 
-// Whether a manifest's entry is that of some extension.
+// Whether the browser bears with an entry of a manifest's list. One that it doesn't makes the whole
+// manifest useless.
 bool is_origin(const std::string& origin, id_form form);
+
+// The id of the extension that an entry lets in; empty if no extension can have it.
+std::string id_of_origin(const std::string& origin, id_form form);

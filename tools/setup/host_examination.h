@@ -4,9 +4,19 @@
 #include <string>
 #include <vector>
 
-#include "tools/setup/report.h"
+#include "tools/report.h"
+#include "tools/setup/repair.h"
 
-// Looks at the host, at the agent library beside it and at who may change them, then starts the
-// host with the arguments that the browser `title` would give it.
-void examine_host(const char* title, const std::string& path,
-                  const std::vector<std::string>& arguments, report& out);
+struct host_start {
+  const char* title;     // of the browser
+  std::string path;      // of the host
+  std::string manifest;  // that names it
+  std::vector<std::string> arguments;
+  std::string install;            // the command that registers the installed host instead
+  bool is_manifest_good = false;  // otherwise no browser would start the host
+};
+
+// Looks at the host, at the client library beside it and at who may change them and the manifest,
+// then starts the host with the arguments that the browser would give it. Not for a manifest that
+// isn't good, and not as root what others could have put there.
+void examine_host(const host_start& start, report& out, repair_list& repairs);

@@ -7,7 +7,7 @@
 namespace {
 
 // A host ends within a second of its input; a slow machine gets some more.
-constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::seconds timeout{5};
 
 // How long its output is waited for before the host itself is looked at.
 constexpr std::chrono::milliseconds read_step{10};
@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds read_step{10};
 live_start start_host(const std::string& path, const std::vector<std::string>& arguments) {
   live_start result;
   const auto begin = std::chrono::steady_clock::now();
-  const auto time_left = [deadline = begin + patience] {
+  const auto time_left = [deadline = begin + timeout] {
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     return std::max(left, std::chrono::milliseconds(0));

@@ -3,167 +3,189 @@
 #include <string_view>
 
 #include "platform/files.h"
+#include "tools/command_line.h"
 #include "tools/setup/extension_id.h"
 
-const char* const setup_usage =
-    R"(Usage: cfsetup install --extension-id ID... [OPTION...]
-       cfsetup remove [OPTION...]
-       cfsetup list [OPTION...]
-       cfsetup doctor [--extension-id ID...] [OPTION...]
-Registers the native-messaging host with browsers, and finds out why one doesn't start it.
+namespace {
 
-  install   lets the extensions, and no others, start the host
-  remove    takes the registration back
-  list      shows where the host is registered
-  doctor    examines every registration, starts the host as the browser would, and says what is
-            wrong and what to do
+constexpr char description[] =
+    "Registers the native-messaging host with browsers, and finds out why one doesn't start it.";
 
-  --extension-id ID   32 letters from a to p; for Firefox name@domain or a {GUID}. Each browser takes
-                      the ids of its own form
-  --browser NAME      chrome, chromium, edge, brave, vivaldi, opera, firefox or all; may be repeated
-                      (default: those that are installed or that this user has started before)
-  --system            for all users instead of this one
-  --host PATH         the host to register (default: cfhost beside cfsetup, or
-                      ../libexec/cfhost/cfhost)
-  --force             overwrite a registration that names another host
-  --user-data-dir DIR the browser is started with this folder for its data (not on Windows)
-  --root DIR          look at, and change, the system below DIR (not on Windows)
-  --dry-run           only tell what would be written or removed
-  --json              report in JSON
-  --help              show this text
-  --version           show the version
+constexpr char footer[] =
+    R"(cfsetup COMMAND --help shows the options of a command.
 
 Exit value: 0 when all is well, 1 when something failed or the doctor found a fault (warnings don't
 count), 2 when the arguments can't be used.
 
-Example: cfsetup install --browser chromium --extension-id abcdefghijklmnopabcdefghijklmnop
-)";
+Example: cfsetup install --browser chromium --extension-id abcdefghijklmnopabcdefghijklmnop)";
 
-namespace {
-
-struct named_command {
-  std::string_view name;
-  setup_command command;
-};
-
-constexpr named_command commands[] = {
-    {"install", setup_command::install}, {"remove", setup_command::remove},
-    {"list", setup_command::list},       {"doctor", setup_command::doctor},
-    {"--help", setup_command::help},     {"--version", setup_command::version},
-};
-
-struct switch_option {
-  std::string_view name;
-  bool setup_options::*value;
-};
-
-constexpr switch_option switch_options[] = {
-    {"--system", &setup_options::system},
-    {"--force", &setup_options::force},
-    {"--dry-run", &setup_options::dry_run},
-    {"--json", &setup_options::json},
-};
-
-struct path_option {
-  std::string_view name;
-  std::string setup_options::*value;
-};
-
-constexpr path_option path_options[] = {
-    {"--host", &setup_options::host},
-    {"--user-data-dir", &setup_options::user_data},
-    {"--root", &setup_options::root},
-};
-
-bool add_browser(const std::string& name, setup_options& options, std::string& error) {
+void add_browser(const std::string& name, setup_options& options) {
   if (name == "all") {
     for (const browser& each : all_browsers()) options.browsers.push_back(&each);
-    return true;
+    return;
   }
   const browser* const found = find_browser(name);
   if (found == nullptr) {
-    error = "there is no browser \"" + name + "\"; see cfsetup --help";
-    return false;
+    refuse_value("there is no browser \"" + name + "\"; known are " + browser_names() + " and all");
   }
   options.browsers.push_back(found);
-  return true;
 }
 
-bool add_id(const std::string& id, setup_options& options, std::string& error) {
+void add_id(const std::string& id, setup_options& options) {
+  std::string error;
   const std::optional<id_form> form = form_of_id(id, error);
-  if (!form.has_value()) return false;
+  if (!form.has_value()) refuse_value(error);
   (*form == id_form::chromium ? options.chromium_ids : options.firefox_ids).push_back(id);
-  return true;
 }
 
-bool set_value(const std::string& name, const std::string& value, setup_options& options,
-               std::string& error) {
-  if (name == "--browser") return add_browser(value, options, error);
-  if (name == "--extension-id") return add_id(value, options, error);
-  for (const path_option& option : path_options) {
-    if (option.name != name) continue;
-    if (!platform::is_absolute_path(value)) {
-      error = name + " needs an absolute path, not \"" + value + '"';
-      return false;
-    }
-    options.*option.value = value;
-    return true;
-  }
-  error = "there is no option " + name;
-  return false;
+// An option that may be repeated, each value of which goes through `take`.
+CLI::Option* add_each(CLI::App& to, const char* name, const char* value, const char* text,
+                      std::function<void(const std::string&)> take) {
+  return to
+      .add_option_function<std::vector<std::string>>(
+          name,
+          [take = std::move(take)](const std::vector<std::string>& values) {
+            for (const std::string& each : values) take(each);
+          },
+          text)
+      ->type_name(value)
+      ->allow_extra_args(false);
 }
 
-bool set_switch(const std::string& name, setup_options& options) {
-  for (const switch_option& option : switch_options) {
-    if (option.name != name) continue;
-    options.*option.value = true;
-    return true;
-  }
-  return false;
+CLI::Option* add_path(CLI::App& to, const char* name, const char* value, std::string& path,
+                      const char* text) {
+  return to.add_option(name, path, text)->type_name(value)->check([](const std::string& given) {
+    return platform::is_absolute_path(given) ? std::string()
+                                             : "an absolute path is needed, not \"" + given + '"';
+  });
 }
 
-bool set_command(const std::string& name, setup_options& options, std::string& error) {
-  for (const named_command& command : commands) {
-    if (command.name != name) continue;
-    options.command = command.command;
-    return true;
-  }
-  error = "there is no command \"" + name + '"';
-  return false;
+void add_ids(CLI::App& to, setup_options& options, const char* text) {
+  add_each(to, "--extension-id", "ID", text,
+           [&options](const std::string& id) { add_id(id, options); });
 }
 
-bool fit_together(const setup_options& options, std::string& error) {
-  if (options.command == setup_command::install && options.chromium_ids.empty() &&
-      options.firefox_ids.empty()) {
-    error = "install needs --extension-id";
-  } else if (!options.user_data.empty() && (options.system || options.browsers.size() > 1)) {
-    error = "--user-data-dir is for one browser of one user";
+// What says where manifests are, for all commands.
+void add_places(CLI::App& to, setup_options& options) {
+  add_each(to, "--browser", "NAME",
+           "One of those below, or all; may be repeated (default: those "
+           "that are\ninstalled or that this user has started before)",
+           [&options](const std::string& name) { add_browser(name, options); });
+  CLI::Option* const user_data = add_path(
+      to, "--user-data-dir", "DIR", options.user_data,
+      "The browser is started with this folder for its data (not on\nWindows, not Firefox)");
+  CLI::Option* const folder = add_path(to, "--manifest-dir", "DIR", options.manifest_dir,
+                                       "The manifests of a browser that isn't listed lie there");
+  to.add_option_function<std::string>(
+        "--form",
+        [&options](const std::string& form) {
+          const bool is_chromium = form == "chromium";
+          if (!is_chromium && form != "firefox") refuse_value("--form is chromium or firefox");
+          options.browsers = {
+              &unlisted_browser(is_chromium ? id_form::chromium : id_form::firefox)};
+        },
+        "What their form is: chromium or firefox")
+      ->type_name("FORM")
+      ->needs(folder);
+  folder->needs("--form")->excludes("--browser")->excludes(user_data);
+  to.add_flag("--flatpak", options.flatpak, "The browser is a Flatpak")
+      ->excludes(user_data)
+      ->excludes(folder);
+  add_path(to, "--root", "DIR", options.root,
+           "Look at, and change, the system below DIR (not on Windows)");
+  to.add_flag("--json", options.json, "Report in JSON");
+  to.footer("Browsers: " + browser_names() + ".");
+}
+
+void add_scope(CLI::App& to, setup_options& options) {
+  to.add_flag("--system", options.system, "For all users instead of this one")
+      ->excludes("--user-data-dir")
+      ->excludes("--manifest-dir")
+      ->excludes("--flatpak");
+}
+
+CLI::App& add_command(CLI::App& app, const char* name, setup_command command, const char* text,
+                      setup_options& options) {
+  CLI::App& added = *app.add_subcommand(name, text);
+  added.parse_complete_callback([&options, command] { options.command = command; });
+  add_places(added, options);
+  return added;
+}
+
+void add_changes(CLI::App& to, setup_options& options) {
+  add_scope(to, options);
+  add_path(to, "--host", "PATH", options.host,
+           "The host (default: cfhost beside cfsetup, or ../libexec/cfhost/cfhost)");
+  to.add_flag("--force", options.force, "Also what another host has registered");
+  to.add_flag("--dry-run", options.dry_run, "Only tell what would be written or removed");
+}
+
+// Captures belong to who makes them.
+void add_recording(CLI::App& to, setup_options& options) {
+  CLI::Option* const record =
+      add_path(to, "--record", "DIR", options.record,
+               "Register a recorder before the host, which keeps captures in DIR, without\n"
+               "values of inputs and settings; install without it to end that");
+  record->excludes("--system");
+  to.add_flag("--with-values", options.with_values, "Let it keep them too, passwords among them")
+      ->needs(record);
+}
+
+void add_install(CLI::App& app, setup_options& options) {
+  CLI::App& install = add_command(app, "install", setup_command::install,
+                                  "Let extensions, and no others, start the host", options);
+  add_ids(
+      install, options,
+      "32 letters from a to p; for Firefox name@domain or a {GUID}. Each\nbrowser takes the ids "
+      "of its own form; may be repeated");
+  add_each(install, "--add-extension-id", "ID", "The same, beside those that are let in already",
+           [&options](const std::string& id) {
+             add_id(id, options);
+             options.keep_ids = true;
+           });
+  install.add_flag("--keep-ids", options.keep_ids, "Let those in that are let in already");
+  add_changes(install, options);
+  add_recording(install, options);
+}
+
+void add_doctor(CLI::App& app, setup_options& options) {
+  CLI::App& doctor = add_command(
+      app, "doctor", setup_command::doctor,
+      "Examine every registration, start the host as the browser would, and say\nwhat is wrong and "
+      "what to do",
+      options);
+  add_ids(doctor, options, "Whether this extension may start the host; may be repeated");
+  CLI::Option* const fix =
+      doctor.add_flag("--fix", options.fix, "Do what it advises, as far as that is safe");
+  doctor.add_flag("--dry-run", options.dry_run, "Only tell what --fix would do")->needs(fix);
+}
+
+// What no option tells by itself.
+void check_together(const setup_options& options) {
+  if (options.command == setup_command::install && !options.keep_ids &&
+      options.chromium_ids.empty() && options.firefox_ids.empty()) {
+    refuse_value("install needs --extension-id, --add-extension-id or --keep-ids");
   }
-  return error.empty();
+  if (options.user_data.empty()) return;
+  if (options.browsers.size() > 1) refuse_value("--user-data-dir is for one browser");
+  if (!options.browsers.empty() && options.browsers.front()->ids == id_form::firefox) {
+    refuse_value("--user-data-dir: browsers of Firefox's kind look for no manifests there");
+  }
 }
 
 }  // namespace
 
-bool parse_options(const std::vector<std::string>& arguments, setup_options& options,
-                   std::string& error) {
-  if (arguments.empty()) {
-    error = "a command is needed: install, remove, list or doctor";
-    return false;
-  }
-  if (!set_command(arguments.front(), options, error)) return false;
-  for (std::size_t at = 1; at < arguments.size(); ++at) {
-    const std::string& argument = arguments[at];
-    if (argument == "--help") {
-      options.command = setup_command::help;
-      return true;
-    }
-    if (set_switch(argument, options)) continue;
-    if (!argument.starts_with('-') || at + 1 == arguments.size()) {
-      error = argument.starts_with('-') ? argument + " is no option, or needs a value behind it"
-                                        : "\"" + argument + "\" stands behind no option";
-      return false;
-    }
-    if (!set_value(argument, arguments[++at], options, error)) return false;
-  }
-  return fit_together(options, error);
+std::optional<int> parse_cfsetup_options(int argc, char** argv, setup_options& options) {
+  CLI::App app(description, "cfsetup");
+  add_common_options(app);
+  app.require_subcommand(1);
+  app.footer(footer);
+  add_install(app, options);
+  CLI::App& remove =
+      add_command(app, "remove", setup_command::remove, "Take the registration back", options);
+  add_changes(remove, options);
+  add_command(app, "list", setup_command::list, "Show where the host is registered", options);
+  add_doctor(app, options);
+  app.final_callback([&options] { check_together(options); });
+  return parse_command_line(app, {argv + (argc > 0), argv + argc});
 }

@@ -1,33 +1,40 @@
 // The command line of cfsetup.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/setup/browsers.h"
 
-extern const char* const setup_usage;
-
-enum class setup_command { install, remove, list, doctor, help, version };
+enum class setup_command { install, remove, list, doctor };
 
 struct setup_options {
-  setup_command command = setup_command::help;
+  setup_command command = setup_command::doctor;
   std::vector<const browser*> browsers;   // as named; empty: those that are found
   std::vector<std::string> chromium_ids;  // valid ones
   std::vector<std::string> firefox_ids;
-  std::string host;       // absolute; empty: the host installed with cfsetup
-  std::string user_data;  // absolute; empty: the browser's own
-  std::string root;       // absolute; empty: the system's
+  std::string host;          // absolute; empty: the host installed with cfsetup
+  std::string user_data;     // absolute; empty: the browser's own
+  std::string manifest_dir;  // absolute; empty: where the browser looks. There is one browser then
+  std::string root;          // absolute; empty: the system's
+  std::string record;        // absolute folder for captures; empty: none are kept
+  bool with_values = false;  // of inputs and settings, in captures
+  bool flatpak = false;      // what browsers in the sandbox of a Flatpak see
+  bool keep_ids = false;     // those that a manifest has already
   bool system = false;
   bool force = false;
   bool dry_run = false;
+  bool fix = false;
   bool json = false;
 
   const std::vector<std::string>& ids(id_form form) const {
     return form == id_form::chromium ? chromium_ids : firefox_ids;
   }
+  // Whether the manifest lies in a folder of this user's that no other browser has.
+  bool has_own_folder() const { return !user_data.empty() || !manifest_dir.empty() || flatpak; }
 };
 
-// False, with the reason in `error`, when the arguments (without the program's name) can't be used.
-bool parse_options(const std::vector<std::string>& arguments, setup_options& options,
-                   std::string& error);
+// Nothing to go on with; otherwise the value to exit with, once help, version or what is wrong with
+// the arguments has been printed.
+std::optional<int> parse_cfsetup_options(int argc, char** argv, setup_options& options);

@@ -1,108 +1,90 @@
-// One frame of a page: asks what the coffer knows of it, fills its inputs, reports what is submitted.
+// One document: asks what the coffer knows of it, fills its inputs, reports what the user sends.
 "use strict";
 
 (() => {
-  // What goes over the network unprotected can come from anybody, and a sandboxed frame isn't of the
-  // site that its address names.
-  if (!isSecureContext || self.origin === "null") return;
+  // A sandboxed frame isn't of the site that its address names.
+  if (self.origin === "null") return;
 
-  const api = globalThis.browser ?? globalThis.chrome;
+  // What the last request described; an answer to an earlier one is out of date.
+  let asked = { request: 0, inputs: [], elements: [], state: [] };
 
-  // An answer for the page that this frame showed before must not fill this one.
-  const documentId = crypto.randomUUID();
+  // Whether a site other than this one shows this document.
+  function isAmongStrangers() {
+    try {
+      for (let each = window; each !== window.top; each = each.parent) {
+        if (each.parent.origin !== self.origin) return true;
+      }
+      return false;
+    } catch {
+      // The browser doesn't let strangers look at each other.
+      return true;
+    }
+  }
 
-  // How long a page must be at rest before it is described again.
-  const restTime = 150;
+  // What goes over the network unprotected can come from anybody.
+  const needsUser = !isSecureContext || isAmongStrangers();
 
-  let asked = { inputs: [], elements: [] };
-  let restTimer = null;
+  function stateOf(element) {
+    return `${element.type} ${element.readOnly || element.matches(":disabled")}`;
+  }
 
   function send(method, event) {
     const { page, elements } = pageReader.describePage(event);
-    if (elements.length === 0) return;
-    if (method !== "save-info-from-page") asked = { inputs: page.inputs, elements };
-    // The extension may have been replaced; then this script is on its own.
-    api.runtime.sendMessage({ type: "page", method, documentId, page }).catch(() => {});
+    const state = elements.map(stateOf);
+    asked = { request: asked.request + 1, inputs: page.inputs, elements, state };
+    if (elements.length > 0) frameLink.post({ type: "page", method, request: asked.request, needsUser, page });
   }
 
   function ask(name) {
     send("get-info-for-page", { name, userState: "load" });
   }
 
-  function isSameSet(elements) {
+  function askByUser(clicked) {
+    send("drop-down", { name: "keydown", userState: "drop-down", clicked });
+  }
+
+  function isAsAsked(elements) {
     return (
       elements.length === asked.elements.length &&
-      elements.every((element, at) => element === asked.elements[at])
+      elements.every((each, at) => each === asked.elements[at] && stateOf(each) === asked.state[at])
     );
   }
 
-  // Forms that scripts add or show later.
-  function pageChanged() {
-    clearTimeout(restTimer);
-    restTimer = setTimeout(() => {
-      if (!isSameSet(pageReader.inputElements())) ask("mutation");
-    }, restTime);
+  function look() {
+    if (!isAsAsked(pageReader.inputElements())) ask("mutation");
+    submitWatcher.look();
   }
-
-  function hasPassword(elements) {
-    return elements.some((element) => element.type === "password" && element.value !== "");
-  }
-
-  function nameOf(element) {
-    return element?.id || element?.getAttribute?.("name") || element?.textContent?.trim() || "form";
-  }
-
-  function reportSubmit(by, target) {
-    if (!hasPassword(pageReader.inputElements())) return;
-    const submitted = nameOf(by);
-    send("save-info-from-page", {
-      name: "submit",
-      userState: "submit",
-      clicked: submitted,
-      submitted,
-      target,
-    });
-  }
-
-  document.addEventListener(
-    "submit",
-    (event) => reportSubmit(event.submitter ?? event.target, event.target.action),
-    true,
-  );
-
-  // Pages without a form send their inputs by script.
-  document.addEventListener(
-    "click",
-    (event) => {
-      const button = event.target.closest?.("button, input[type=button], input[type=submit]");
-      if (event.isTrusted && button && button.form === null) reportSubmit(button, "");
-    },
-    true,
-  );
 
   document.addEventListener(
     "keydown",
     (event) => {
+      const [target] = event.composedPath();
       const wanted = event.altKey && event.key === "ArrowDown";
-      if (event.isTrusted && wanted && event.target instanceof HTMLInputElement) {
-        send("drop-down", { name: "keydown", userState: "drop-down", clicked: nameOf(event.target) });
-      }
+      if (event.isTrusted && wanted && target instanceof HTMLInputElement) askByUser(target.id || target.name);
     },
     true,
   );
 
-  api.runtime.onMessage.addListener((message) => {
-    if (message.type === "ask-again") ask("unlock");
-    if (message.type === "fill" && message.documentId === documentId) {
-      pageFiller.fill(message.inputs, asked.inputs, asked.elements);
-    }
-  });
+  const receivers = {
+    "ask-again": () => ask("unlock"),
+    "fill-by-user": () => askByUser(""),
+    fill({ request, inputs, byUser }) {
+      if (request === asked.request) pageFiller.fill(inputs, asked, byUser);
+    },
+  };
 
-  new MutationObserver(pageChanged).observe(document, {
-    childList: true,
-    subtree: true,
-    attributes: true,
-    attributeFilter: ["type", "style", "class", "hidden"],
+  frameLink.listen((message) => {
+    if (Object.hasOwn(receivers, message.type)) receivers[message.type](message);
   });
+  submitWatcher.watch({
+    sent: (page) => frameLink.post({ type: "sent", page }),
+    gone: () => frameLink.post({ type: "form-gone" }),
+    takenBack: () => frameLink.post({ type: "taken-back" }),
+  });
+  // A page that the user has gone back to has lost its connection.
+  window.addEventListener("pageshow", ({ persisted }) => persisted && ask("load"));
+  // Whether a login was taken shows in the page after it, whatever that has.
+  frameLink.post({ type: "shown" });
+  changeWatcher.watch(look, pageReader.roots);
   ask("load");
 })();

@@ -6,50 +6,76 @@ const pageFiller = (() => {
   // made them; the prototype's sets the value, and the events tell of it.
   const setValue = Object.getOwnPropertyDescriptor(HTMLInputElement.prototype, "value").set;
 
-  // What the user has typed stays; what an earlier answer has filled may be replaced.
-  function mayChange(element) {
-    return element.value === "" || pageReader.schemas.has(element);
+  // What a page says that an input is for, where that is no login.
+  const otherPurpose = new RegExp(
+    "^(name|(honorific|given|additional|family|organization)-.*|organization|new-password|one-time-code" +
+      "|street-address|address-.*|country(-name)?|postal-code|cc-.*|transaction-.*|language|bday(-.*)?" +
+      "|sex|url|photo|impp)$",
+    "i",
+  );
+
+  // The last word is the purpose, but for a remark that "webauthn" is welcome too.
+  function isForAnother(element) {
+    const words = (element.getAttribute("autocomplete") ?? "").trim().split(/\s+/);
+    return otherPurpose.test(words.filter((word) => word.toLowerCase() !== "webauthn").pop() ?? "");
+  }
+
+  function fits(element, value) {
+    if (element.maxLength >= 0 && value.length > element.maxLength) return false;
+    return element.type !== "number" || /^\d+$/.test(value);
+  }
+
+  // A password may only come where the page hides it.
+  function takes(element, { dbSchema, dbvalue }) {
+    const isPassword = element.type === "password";
+    return (dbSchema === "password") === isPassword && !isForAnother(element) && fits(element, dbvalue);
+  }
+
+  // What the user has typed stays unless he asks; what an earlier answer has filled may be replaced.
+  function mayChange(element, byUser) {
+    if (element.readOnly || element.matches(":disabled")) return false;
+    return byUser || element.value === "" || pageReader.schemas.has(element);
   }
 
   // Whether the element is still what was described.
   function isAsDescribed(element, described) {
     return (
       element.isConnected &&
-      element.type === described.type &&
-      element.name === described.name &&
-      element.id === described.id &&
-      element.value === described.value
+      ["type", "name", "id", "value"].every((name) => element[name] === described[name])
     );
   }
 
-  document.addEventListener(
-    "input",
-    (event) => event.isTrusted && pageReader.schemas.delete(event.target),
-    true,
-  );
+  function forgetSchema(event) {
+    if (event.isTrusted) pageReader.schemas.delete(event.composedPath()[0]);
+  }
+  document.addEventListener("input", forgetSchema, true);
 
   function fillInput(element, value) {
     setValue.call(element, value);
     for (const name of ["input", "change"]) {
-      element.dispatchEvent(new Event(name, { bubbles: true }));
+      element.dispatchEvent(new Event(name, { bubbles: true, composed: name === "input" }));
     }
   }
 
-  // `answers` are the inputs of a notification, in the order in which `described` went out; `elements`
-  // are the page's in that order. Gives the number of inputs filled.
-  function fill(answers, described, elements) {
-    let filled = 0;
-    for (const [at, element] of elements.entries()) {
+  // `answers` are the inputs of a notification, in the order in which `asked.inputs` went out;
+  // `asked.elements` are the page's in that order. `byUser` tells that the user has asked for it.
+  function fill(answers, asked, byUser) {
+    // Before the first change: pages move when their inputs get values.
+    const known = new Map();
+    const wanted = asked.elements.filter((element, at) => {
       const answer = answers[at];
+      const described = asked.inputs[at];
       // An answer without a schema is the input as it was sent.
-      if (!answer?.dbSchema || element.readOnly || element.disabled) continue;
-      if (answer.name !== described[at].name || !isAsDescribed(element, described[at])) continue;
-      if (!mayChange(element) || element.value === answer.dbvalue) continue;
-      fillInput(element, answer.dbvalue);
-      pageReader.schemas.set(element, answer.dbSchema);
-      filled += 1;
+      if (!answer?.dbSchema || answer.name !== described.name) return false;
+      if (!isAsDescribed(element, described) || !mayChange(element, byUser)) return false;
+      return takes(element, answer) && visibility.isSeen(element, known);
+    });
+    for (const element of wanted) {
+      const { dbSchema, dbvalue } = answers[asked.elements.indexOf(element)];
+      if (element.value === dbvalue) continue;
+      fillInput(element, dbvalue);
+      pageReader.schemas.set(element, dbSchema);
     }
-    return filled;
   }
 
   return { fill };

@@ -3,56 +3,118 @@
 "use strict";
 
 const pageReader = (() => {
-  const mostInputs = 1000;
+  const mostInputs = 5000;
   const longestText = 4096;
+  // Of all inputs of a page, in UTF-16 units.
+  const mostText = 4_000_000;
   const textTypes = new Set(["text", "email", "password", "tel", "url", "search", "number"]);
 
   // What the agent said of the inputs that it filled.
   const schemas = new WeakMap();
 
+  // Inputs that have been passwords; many pages can show them as text.
+  const passwords = new WeakSet();
+
   const cut = (text) => String(text ?? "").slice(0, longestText);
 
-  function isVisible(element) {
-    return element.getClientRects().length > 0;
+  function* elementsBelow(root) {
+    for (const element of root.querySelectorAll("*")) {
+      yield element;
+      if (element.shadowRoot) yield* elementsBelow(element.shadowRoot);
+    }
   }
 
+  // The document and the open shadow roots in it.
+  function roots() {
+    const shadows = [...elementsBelow(document)].map((element) => element.shadowRoot);
+    return [document, ...shadows.filter((root) => root !== null && root !== undefined)];
+  }
+
+  // The inputs for text that a person can see, in the order of the page.
   function inputElements() {
-    return [...document.querySelectorAll("input")]
-      .filter((input) => textTypes.has(input.type) && isVisible(input))
-      .slice(0, mostInputs);
+    const known = new Map();
+    const inputs = [];
+    for (const element of elementsBelow(document)) {
+      if (inputs.length === mostInputs) break;
+      if (element.localName !== "input" || !textTypes.has(element.type)) continue;
+      if (element.type === "password") passwords.add(element);
+      if (visibility.isSeen(element, known)) inputs.push(element);
+    }
+    return inputs;
   }
 
-  // What the page calls the input: the text that a person reads beside it.
-  function contextOf(input) {
-    const label = input.labels?.[0]?.textContent.trim();
-    return label || input.getAttribute("aria-label") || input.placeholder || "";
+  function textOfIds(ids, root) {
+    return ids.split(/\s+/).map((id) => root.getElementById?.(id)?.textContent.trim() ?? "").join(" ");
+  }
+
+  // The labels of a tree that name their inputs, by those inputs' ids. To ask an input for its labels
+  // takes a walk through the page, and there may be thousands of inputs.
+  function labelsIn(root) {
+    const labels = [...root.querySelectorAll("label[for]")].reverse();
+    return new Map(labels.map((label) => [label.htmlFor, label]));
+  }
+
+  // The text that a person reads beside the input.
+  function labelOf(input, labels) {
+    const label = input.closest("label") ?? (input.id && labels.get(input.id));
+    return (
+      label?.textContent?.trim() ||
+      textOfIds(input.getAttribute("aria-labelledby") ?? "", input.getRootNode()).trim() ||
+      input.getAttribute("aria-label") ||
+      input.placeholder ||
+      input.title
+    );
+  }
+
+  // What the page calls the input, for people and, in brackets, for programs.
+  function contextOf(input, labels) {
+    const label = cut(labelOf(input, labels));
+    const purpose = input.getAttribute("autocomplete")?.trim();
+    return purpose ? `${label} [${purpose}]`.trim() : label;
   }
 
   // Forms without a name are told apart by their place in the page.
-  function formContextOf(input) {
+  function formContextOf(input, forms) {
     const form = input.form;
     if (form === null) return "";
-    return form.id || form.getAttribute("name") || `form-${[...document.forms].indexOf(form)}`;
+    return form.id || form.getAttribute("name") || `form-${forms.indexOf(form)}`;
   }
 
-  function describeInput(input) {
+  function describeInput(input, forms, labels) {
     return {
       name: cut(input.name),
       value: cut(input.value),
       type: input.type,
       id: cut(input.id),
       readonly: input.readOnly || input.disabled ? "true" : "",
-      context: cut(contextOf(input)),
-      form_context: cut(formContextOf(input)),
+      context: cut(contextOf(input, labels)),
+      form_context: cut(formContextOf(input, forms)),
       dbSchema: schemas.get(input) ?? "",
       dbvalue: "",
     };
   }
 
+  // As many as the text of a page may have.
+  function describeInputs(elements) {
+    const forms = [...document.forms];
+    const labels = new Map();
+    const inputs = [];
+    let text = 0;
+    for (const element of elements) {
+      const root = element.getRootNode();
+      if (!labels.has(root)) labels.set(root, labelsIn(root));
+      const input = describeInput(element, forms, labels.get(root));
+      text += Object.values(input).join("").length;
+      if (text > mostText) break;
+      inputs.push(input);
+    }
+    return inputs;
+  }
+
   // The page object, and the elements that its inputs stand for, in the same order. `event` says why
   // the page is described; `source` and `sender` are for others to add.
-  function describePage(event) {
-    const elements = inputElements();
+  function describePage(event, elements = inputElements()) {
+    const inputs = describeInputs(elements);
     const filled = elements.filter((input) => input.value !== "").length;
     const forms = new Set(elements.map((input) => input.form));
     const page = {
@@ -68,10 +130,10 @@ const pageReader = (() => {
       submit_source: cut(event.submitted),
       fHasMultipleForms: forms.size > 1 ? 1 : 0,
       fIsPartiallyFilled: filled > 0 && filled < elements.length ? 1 : 0,
-      inputs: elements.map(describeInput),
+      inputs,
     };
-    return { page, elements };
+    return { page, elements: elements.slice(0, inputs.length) };
   }
 
-  return { describePage, inputElements, schemas };
+  return { describePage, inputElements, passwords, roots, schemas };
 })();

@@ -1,34 +1,49 @@
-// Shows what the agent says of the coffer, and sends it the user's orders.
-const api = globalThis.browser ?? globalThis.chrome;
+// Shows the coffer's state and its login for the page in front, and sends the user's orders.
+import { fill, openSettings, watchState } from "../shared/coffer_link.js";
 
-// Nothing is pushed here: the popup is seldom open, and never for long.
-const refreshTime = 250;
+const element = (id) => document.getElementById(id);
+const button = (method) => document.querySelector(`[data-method=${method}]`);
 
-function statusText({ connected, reason, locked }) {
-  if (!connected) return reason || "The host isn't running.";
-  return locked ? "The coffer is locked." : "The coffer is unlocked.";
+function statusOf({ connected, locked }) {
+  if (!connected) return "Not connected";
+  return locked ? "Locked" : "Unlocked";
 }
 
-function settingRow([name, value]) {
-  const row = document.createElement("tr");
-  for (const text of [name, value]) row.insertCell().textContent = text;
+function line(text, className) {
+  return Object.assign(document.createElement("p"), { textContent: text, className });
+}
+
+function rowOf({ host, user, keys }) {
+  const row = document.createElement("li");
+  const names = document.createElement("div");
+  names.append(line(user || "Without a user name", ""), line(host, "quiet"));
+  const order = Object.assign(document.createElement("button"), { textContent: "Fill", className: "main" });
+  order.addEventListener("click", async () => {
+    await fill(keys);
+    window.close();
+  });
+  row.append(names, order);
   return row;
 }
 
-async function refresh() {
-  const state = await api.runtime.sendMessage({ type: "state" });
-  document.body.dataset.locked = state.locked;
-  document.body.dataset.connected = state.connected;
-  document.getElementById("status").textContent = statusText(state);
-  const rows = Object.entries(state.settings).sort(([a], [b]) => (a < b ? -1 : 1));
-  document.getElementById("settings").replaceChildren(...rows.map(settingRow));
+// A row that stays must not be replaced under the user's mouse.
+let shown = "";
+
+function showLogins(logins) {
+  const now = JSON.stringify(logins);
+  if (now === shown) return;
+  shown = now;
+  element("logins").replaceChildren(...logins.map(rowOf));
+  element("none").hidden = logins.length > 0;
 }
 
-for (const button of document.querySelectorAll("button[data-method]")) {
-  button.addEventListener("click", () =>
-    api.runtime.sendMessage({ type: "command", method: button.dataset.method }),
-  );
-}
-api.runtime.sendMessage({ type: "command", method: "get-settings" });
-refresh();
-setInterval(refresh, refreshTime);
+watchState((state) => {
+  document.body.dataset.locked = state.locked;
+  document.body.dataset.connected = state.connected;
+  element("status").textContent = statusOf(state);
+  element("page").hidden = state.locked;
+  button("unlock-coffer").hidden = !state.locked;
+  button("lock-coffer").hidden = state.locked;
+  showLogins(state.logins);
+});
+element("settings").addEventListener("click", openSettings);

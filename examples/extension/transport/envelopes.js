@@ -1,70 +1,54 @@
-// Between messages and the envelopes of native-messaging frames. A message is JSON text; it travels as
-// base64 of its UTF-8 form, in pieces, one piece to an envelope, under one id.
+// From messages to the envelopes of native-messaging frames, and back. A message is JSON text; it
+// travels as base64 of its UTF-8 form, in pieces, one piece to an envelope, under one id.
+import { shortenId, sizeInJson } from "./ids.js";
 
 // The host reads no longer envelope than this, in bytes of JSON.
 export const largestEnvelope = 8191;
 
-// What unfinished replies may hold; a host that sends more is broken.
-const mostUnfinished = 256;
-const mostBase64 = 64 * 1024 * 1024;
+// The host drops a message whose base64 text is longer, in characters.
+export const largestMessage = 64 * 1024 * 1024;
+
+// How many arguments one call may have, in every browser.
+const mostArguments = 8192;
 
 export function encodeMessage(message) {
   const bytes = new TextEncoder().encode(JSON.stringify(message));
   let binary = "";
-  // In steps, since a call takes only so many arguments.
-  for (let at = 0; at < bytes.length; at += 8192) {
-    binary += String.fromCharCode(...bytes.subarray(at, at + 8192));
+  for (let at = 0; at < bytes.length; at += mostArguments) {
+    binary += String.fromCharCode(...bytes.subarray(at, at + mostArguments));
   }
   return btoa(binary);
 }
 
 export function decodeMessage(base64) {
-  const bytes = Uint8Array.from(atob(base64), (c) => c.charCodeAt(0));
+  const binary = atob(base64);
+  const bytes = new Uint8Array(binary.length);
+  for (let at = 0; at < binary.length; ++at) bytes[at] = binary.charCodeAt(at);
   return JSON.parse(new TextDecoder("utf-8", { fatal: true }).decode(bytes));
 }
 
-// The envelopes of a message, in the order in which they have to go out.
-export function* envelopesOf(message, id) {
+// What an envelope leaves for its piece. The closing mark is the longest that "fragment" gets, up to
+// ten million pieces.
+function roomBeside(id) {
+  const frame = JSON.stringify({ id: "", fragment: "final", msg: "" });
+  return largestEnvelope - frame.length - sizeInJson(id);
+}
+
+// The envelopes of a message, in the order in which they have to go out. The id may be of any length
+// but 0; a long one is shortened. Throws a RangeError for a message that the host would drop.
+export function envelopesOf(message, id) {
+  if (typeof id !== "string" || id === "") throw new RangeError("a message needs an id that is not empty");
   const base64 = encodeMessage(message);
-  // The closing mark is the longest that the member "fragment" gets.
-  const room = largestEnvelope - JSON.stringify({ id, fragment: "final", msg: "" }).length;
+  if (base64.length > largestMessage) throw new RangeError("the message is too large for the host");
+  return cutIntoEnvelopes(base64, shortenId(id));
+}
+
+function* cutIntoEnvelopes(base64, id) {
+  const room = roomBeside(id);
   let fragment = 0;
   let at = 0;
   for (; base64.length - at > room; at += room) {
     yield { id, fragment: fragment++, msg: base64.slice(at, at + room) };
   }
   yield { id, fragment: "final", msg: base64.slice(at) };
-}
-
-// Joins the pieces of replies, of which several may be under way.
-export class ReplyJoiner {
-  #unfinished = new Map();
-  #held = 0;
-
-  // The message that this envelope completes, or undefined. Throws if the reply is no message.
-  add(envelope) {
-    const { reply, id, fragment, data } = envelope ?? {};
-    if (reply !== "success" || typeof id !== "string" || typeof data !== "string") return undefined;
-    const pieces = this.#unfinished.get(id) ?? [];
-    pieces.push(data);
-    this.#held += data.length;
-    this.#unfinished.set(id, pieces);
-    if (fragment === "final") return decodeMessage(this.#take(id));
-    while (this.#unfinished.size > mostUnfinished || this.#held > mostBase64) {
-      this.#take(this.#unfinished.keys().next().value);
-    }
-    return undefined;
-  }
-
-  clear() {
-    this.#unfinished.clear();
-    this.#held = 0;
-  }
-
-  #take(id) {
-    const base64 = this.#unfinished.get(id).join("");
-    this.#unfinished.delete(id);
-    this.#held -= base64.length;
-    return base64;
-  }
 }

@@ -1,11 +1,16 @@
 // The connection to the native-messaging host. It comes back by itself when the host ends.
-import { envelopesOf, ReplyJoiner } from "./envelopes.js";
+import { envelopesOf } from "./envelopes.js";
+import { ReplyJoiner } from "./reply_joiner.js";
 
 const hostName = "com.orvanta.coffer";
 
-// A host that isn't installed must not be started over and over.
+// A host that isn't installed must not be started over and over. In milliseconds, as all times here.
 const shortestPause = 250;
 const longestPause = 60_000;
+
+// A host that lives so long without a word was started and works; one that can't be started is reported
+// lost sooner.
+const settleTime = 1000;
 
 // Requests that wait for a connection. Pages ask again; what is older has lost its use.
 const mostWaiting = 64;
@@ -15,6 +20,7 @@ export class HostPort {
   #onMessage;
   #onChange;
   #port = null;
+  #connected = false;
   #joiner = new ReplyJoiner();
   #waiting = [];
   #pause = shortestPause;
@@ -23,21 +29,17 @@ export class HostPort {
 
   // `onMessage` gets each message of the host. `onChange` gets whether there is a connection each time
   // that one came or went, and the browser's reason if it gives one.
-  constructor(api, onMessage, onChange) {
+  constructor(api, onMessage, onChange = () => {}) {
     this.#api = api;
     this.#onMessage = onMessage;
     this.#onChange = onChange;
     this.#connect();
   }
 
+  // Sends the message, or keeps it until there is a connection. Throws a RangeError if it is too large.
   send(message) {
-    if (this.#port === null) {
-      this.#waiting.push(message);
-      if (this.#waiting.length > mostWaiting) this.#waiting.shift();
-      return;
-    }
-    const id = `m${++this.#lastId}`;
-    for (const envelope of envelopesOf(message, id)) this.#port.postMessage(envelope);
+    const envelopes = [...envelopesOf(message, `m${++this.#lastId}`)];
+    if (this.#port === null || !this.#post(envelopes)) this.#wait(envelopes);
   }
 
   // Tries at once, whatever the pause.
@@ -45,22 +47,63 @@ export class HostPort {
     if (this.#port === null) this.#connect();
   }
 
+  // Ends the connection for good, until reconnect() is called.
+  close() {
+    clearTimeout(this.#timer);
+    this.#waiting = [];
+    if (this.#port === null) return;
+    this.#port.disconnect();
+    this.#forgetPort("");
+  }
+
+  #wait(envelopes) {
+    this.#waiting.push(envelopes);
+    if (this.#waiting.length > mostWaiting) this.#waiting.shift();
+  }
+
+  // False if the host has gone; then what it got of the message has no effect.
+  #post(envelopes) {
+    const port = this.#port;
+    try {
+      for (const envelope of envelopes) port.postMessage(envelope);
+      return true;
+    } catch (error) {
+      this.#lose(port, error.message);
+      return false;
+    }
+  }
+
   #connect() {
     clearTimeout(this.#timer);
-    this.#timer = null;
-    const port = this.#api.runtime.connectNative(hostName);
-    this.#port = port;
-    port.onMessage.addListener((envelope) => this.#receive(envelope));
-    port.onDisconnect.addListener(() => this.#disconnected(port));
-    const waiting = this.#waiting;
-    this.#waiting = [];
-    for (const message of waiting) this.send(message);
+    try {
+      this.#port = this.#api.runtime.connectNative(hostName);
+    } catch (error) {
+      this.#retryLater();
+      this.#onChange(false, error.message);
+      return;
+    }
+    const port = this.#port;
+    port.onMessage.addListener((envelope) => this.#receive(port, envelope));
+    port.onDisconnect.addListener(() => this.#lose(port));
+    this.#timer = setTimeout(() => this.#settle(), settleTime);
+    for (const envelopes of this.#waiting.splice(0)) {
+      if (this.#port !== port || !this.#post(envelopes)) this.#wait(envelopes);
+    }
+  }
+
+  // Whoever has something to say, or has stayed, is a host that works.
+  #settle() {
+    clearTimeout(this.#timer);
+    this.#pause = shortestPause;
+    if (this.#connected) return;
+    this.#connected = true;
     this.#onChange(true, "");
   }
 
-  #receive(envelope) {
-    // Whoever has something to say is a host that works.
-    this.#pause = shortestPause;
+  // An earlier port has nothing to say any more: its messages belong to a host that was given up.
+  #receive(port, envelope) {
+    if (port !== this.#port) return;
+    this.#settle();
     let message;
     try {
       message = this.#joiner.add(envelope);
@@ -71,12 +114,23 @@ export class HostPort {
     if (message !== undefined) this.#onMessage(message);
   }
 
-  #disconnected(port) {
-    const reason = (port.error ?? this.#api.runtime.lastError)?.message ?? "";
+  #lose(port, reason) {
+    if (port !== this.#port) return;
+    const given = port.error ?? this.#api.runtime.lastError;
+    this.#retryLater();
+    this.#forgetPort(reason ?? given?.message ?? "");
+  }
+
+  #forgetPort(reason) {
     this.#port = null;
+    this.#connected = false;
     this.#joiner.clear();
+    this.#onChange(false, reason);
+  }
+
+  #retryLater() {
+    clearTimeout(this.#timer);
     this.#timer = setTimeout(() => this.#connect(), this.#pause);
     this.#pause = Math.min(this.#pause * 2, longestPause);
-    this.#onChange(false, reason);
   }
 }

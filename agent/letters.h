@@ -1,0 +1,11 @@
+// Letters, as far as hosts and words need them: Latin with its accents, Greek and Cyrillic.
+#pragma once
+
+#include "platform/wide.h"
+
+// The small form of a capital letter; anything else unchanged.
+wide_char small_letter(wide_char c);
+
+// The letter as people type it who have no accents: small, and Latin without marks. Full-width
+// forms become their ASCII twins.
+wide_char plain_letter(wide_char c);

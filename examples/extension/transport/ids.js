@@ -1,0 +1,31 @@
+// The ids of messages, within the bounds of an envelope.
+
+// In bytes of JSON. Most of the envelope is for the piece.
+const longestId = 1024;
+
+// Browsers write JSON in their own way, some of them with "<" or all that isn't ASCII escaped; in the
+// longest way a UTF-16 unit takes six bytes.
+const plain = /[ !#-;=?-[\]^-~]/;
+const longestUnit = 6;
+
+// The bytes that a text takes between its quotation marks, at most.
+export function sizeInJson(text) {
+  let size = 0;
+  for (let at = 0; at < text.length; ++at) size += plain.test(text[at]) ? 1 : longestUnit;
+  return size;
+}
+
+// A hash of 64 bits: FNV-1a over UTF-16 units. Ids are tags and keep nothing secret.
+function hash(text) {
+  let state = 0xcbf29ce484222325n;
+  for (let at = 0; at < text.length; ++at) {
+    state = BigInt.asUintN(64, (state ^ BigInt(text.charCodeAt(at))) * 0x100000001b3n);
+  }
+  return state.toString(16).padStart(16, "0");
+}
+
+// The id itself, or for a long one another that stands for it.
+export function shortenId(id) {
+  const isShort = id.length <= longestId && sizeInJson(id) <= longestId;
+  return isShort ? id : `long-${id.length}-${hash(id)}`;
+}

@@ -1,0 +1,149 @@
+// Chromium and Firefox with an extension, each with a home of its own.
+import { execFileSync } from "node:child_process";
+import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { join } from "node:path";
+import { chromium, firefox } from "playwright-core";
+import { root, timeout, until } from "./stage.js";
+
+export const reference = join(root, "examples/extension");
+const chromiumId = "koaaajlhgidcladmjfjaiamebigekogg";
+const firefoxId = "coffer@orvanta.example";
+
+// Firefox draws the addresses of an extension's pages by lot unless it is told one.
+const firefoxAddress = "6f1d1e2c-9d1c-4f5e-8a3e-0123456789ab";
+
+export const browsers = {
+  chromium: { id: chromiumId, open: openChromium },
+  firefox: { id: firefoxId, open: openFirefox },
+};
+
+// What programs of a user with this home see.
+export function environmentOf(home) {
+  const { XDG_CONFIG_HOME, ...environment } = process.env;
+  return { ...environment, HOME: home };
+}
+
+export function register(cfsetup, name, home, host) {
+  const what = ["--browser", name, "--extension-id", browsers[name].id, "--host", host];
+  execFileSync(cfsetup, ["install", ...what], { env: environmentOf(home) });
+}
+
+// Registers the host for the browser in a fresh home, and starts it.
+export function start(cfsetup, name, home, host, options) {
+  rmSync(home, { recursive: true, force: true });
+  register(cfsetup, name, home, host);
+  return browsers[name].open(home, options);
+}
+
+// Writes an extension that does the orders of a page on the site "control" (obey), beside what the
+// reference extension does or, as a probe, instead of that. Gives its folder.
+function writeExtension(home, probe, reference) {
+  const folder = join(home, "extension");
+  mkdirSync(folder, { recursive: true });
+  if (!probe) cpSync(reference, folder, { recursive: true });
+  for (const name of ["remote.js", "relay.js"]) cpSync(join(import.meta.dirname, name), join(folder, name));
+  const manifest = JSON.parse(readFileSync(join(reference, "manifest.json"), "utf8"));
+  const relay = { matches: ["http://control.localhost/*"], js: ["relay.js"], run_at: "document_start" };
+  manifest.background.service_worker = "remote.js";
+  manifest.background.scripts = probe ? ["remote.js"] : ["background.js", "remote.js"];
+  manifest.content_scripts = probe ? [relay] : [...manifest.content_scripts, relay];
+  if (probe) delete manifest.action;
+  writeFileSync(join(folder, "manifest.json"), JSON.stringify(manifest));
+  return folder;
+}
+
+// A page at the address `control`, which extensions of writeExtension() read orders from. A browser may
+// show its first page before it has loaded the extension; throws if it doesn't within `patience`.
+export async function openControl(context, control, patience = timeout) {
+  const page = await context.newPage();
+  await until("an extension that takes orders", async () => {
+    await page.goto(control);
+    return page.evaluate(() => document.documentElement.dataset.relay);
+  }, patience);
+  return page;
+}
+
+// Lets the extension behind such a page do the order; gives its answer.
+export async function obey(page, order, details) {
+  const answer = await page.evaluate(
+    (data) =>
+      new Promise((resolve) => {
+        const take = ({ data: { answer } }) => {
+          if (!answer) return;
+          removeEventListener("message", take);
+          resolve(answer);
+        };
+        addEventListener("message", take);
+        postMessage(data);
+      }),
+    { order, details },
+  );
+  if (answer.error) throw new Error(answer.error);
+  return answer;
+}
+
+// Starts the browser with the extension in `folder`, or a probe. `data` is the browser's folder for its data.
+// order() presses a button of the extension's popup and waits for the state that follows.
+async function openChromium(home, { probe = false, folder = reference, data = join(home, ".config/chromium") } = {}) {
+  const extension = probe ? writeExtension(home, probe, folder) : folder;
+  const context = await chromium.launchPersistentContext(data, {
+    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+    chromiumSandbox: false,
+    headless: false,
+    viewport: { width: 800, height: 600 },
+    env: environmentOf(home),
+    ignoreDefaultArgs: ["--disable-extensions"],
+    args: [
+      "--headless=new",
+      `--load-extension=${extension}`,
+      `--disable-extensions-except=${extension}`,
+      "--disable-features=DisableLoadExtensionCommandLineSwitch",
+      "--disable-quic",
+      "--disable-background-networking",
+      "--disable-component-update",
+      "--disable-sync",
+    ],
+  });
+  context.setDefaultTimeout(timeout);
+  const popupAddress = `chrome-extension://${chromiumId}/popup/popup.html`;
+  return {
+    context,
+    popup: popupAddress,
+    async order(method, locked) {
+      const popup = await context.newPage();
+      await popup.goto(popupAddress);
+      await popup.locator(`[data-method=${method}]`).click();
+      await popup.locator(`body[data-locked="${locked}"]`).waitFor();
+      await popup.close();
+    },
+  };
+}
+
+// The same. Pages of extensions are out of reach here, so the extension itself presses the popup's button;
+// `control` is the address of the page that tells it to.
+async function openFirefox(home, { probe = false, control, data = join(home, ".mozilla/firefox/test") } = {}) {
+  const extension = writeExtension(home, probe, reference);
+  mkdirSync(join(data, "extensions"), { recursive: true });
+  const archive = join(data, "extensions", `${firefoxId}.xpi`);
+  rmSync(archive, { force: true });
+  execFileSync("cmake", ["-E", "tar", "cf", archive, "--format=zip", "."], { cwd: extension });
+  const context = await firefox.launchPersistentContext(data, {
+    channel: "moz-firefox",
+    executablePath: process.env.FIREFOX ?? "/usr/bin/firefox-esr",
+    viewport: { width: 800, height: 600 },
+    env: environmentOf(home),
+    firefoxUserPrefs: {
+      "xpinstall.signatures.required": false,
+      "extensions.webextensions.uuids": JSON.stringify({ [firefoxId]: firefoxAddress }),
+    },
+  });
+  context.setDefaultTimeout(timeout);
+  return {
+    context,
+    async order(method, locked) {
+      const page = await openControl(context, control);
+      await obey(page, "press", { method, locked });
+      await page.close();
+    },
+  };
+}

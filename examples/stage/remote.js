@@ -1,0 +1,39 @@
+// Runs in the background of an extension that a test has changed: does what the test's page asks for.
+const api = globalThis.browser ?? globalThis.chrome;
+
+// Whether the host, once connected, says anything. What the browser says against it goes along.
+function connect() {
+  return new Promise((resolve) => {
+    const port = api.runtime.connectNative("com.orvanta.coffer");
+    port.onMessage.addListener(() => {
+      port.disconnect();
+      resolve({ works: true, reason: "" });
+    });
+    port.onDisconnect.addListener(() => {
+      resolve({ works: false, reason: (port.error ?? api.runtime.lastError)?.message ?? "" });
+    });
+    port.postMessage({ id: "1", fragment: "final", msg: btoa('{"method":"get-settings"}') });
+  });
+}
+
+// Presses a button of the popup and waits until it shows the state that is to follow.
+async function press({ method, locked }) {
+  const frame = document.createElement("iframe");
+  frame.src = api.runtime.getURL("popup/popup.html");
+  const loaded = new Promise((resolve) => frame.addEventListener("load", resolve));
+  document.body.append(frame);
+  await loaded;
+  const popup = frame.contentDocument;
+  popup.querySelector(`[data-method=${method}]`).click();
+  while (popup.body.dataset.locked !== String(locked)) await new Promise((go) => setTimeout(go, 50));
+  frame.remove();
+  return {};
+}
+
+const orders = { connect, press };
+
+api.runtime.onMessage.addListener(({ type, order, details }, sender, answer) => {
+  if (type !== "order") return false;
+  orders[order](details).then(answer, (error) => answer({ error: String(error) }));
+  return true;
+});

@@ -1,0 +1,17 @@
+// The command line of cfcheck.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+struct check_options {
+  std::string library;                       // as given
+  std::chrono::milliseconds wait{500};       // for notifications, behind the last request
+  std::chrono::milliseconds patience{5000};  // for each call of the library
+  bool json = false;
+};
+
+// Nothing to go on with; otherwise the value to exit with, once help, version or what is wrong with
+// the arguments has been printed.
+std::optional<int> parse_check_options(int argc, char** argv, check_options& options);

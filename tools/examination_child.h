@@ -1,0 +1,56 @@
+// A library is examined in a child process, which it may crash or hang. The child tells each step
+// before it takes it, so that the last one told is the one that it died in.
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tools/report.h"
+
+// The child's side. Any thread may tell.
+class account {
+ public:
+  // `mark` begins each line: the library may write to the same output.
+  explicit account(std::string mark) : mark_(std::move(mark)) {}
+
+  // What comes next, as a noun: "addObserver".
+  void step(const std::string& name);
+
+  // Each finding is told once, however often it is found.
+  void add(severity weight, const char* id, const std::string& text, const std::string& advice);
+
+  // The examination is over, and the process ends with the next steps.
+  void done();
+
+ private:
+  void tell(const std::string& line);
+
+  const std::string mark_;
+  std::mutex mutex_;
+  std::set<std::string> told_;
+};
+
+// What the parent knows of a child in the end.
+struct child_account {
+  std::vector<report_entry> entries;
+  std::string last_step;
+  std::string error;              // why it couldn't be started
+  std::optional<int> exit_value;  // nothing if it was ended because nothing came for too long
+  bool is_done = false;
+  std::size_t foreign_bytes = 0;  // that came between its lines
+
+  bool has_faults() const;
+};
+
+// Starts `program` with these arguments and a mark behind them, and listens until it ends. It is
+// ended when nothing was told for as long as `patience`.
+child_account run_examination(const std::string& program, std::vector<std::string> arguments,
+                              std::chrono::milliseconds patience);
+
+// What the child's end says of the library; nothing for an end as it should be.
+std::optional<report_entry> judge_end(const child_account& child, const std::string& library,
+                                      std::chrono::milliseconds patience);

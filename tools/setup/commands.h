@@ -1,0 +1,23 @@
+// Commands to paste, for advice.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/setup/places.h"
+
+// Stands in a command where somebody has to put an extension's id.
+inline constexpr char id_to_fill_in[] = "ID";
+
+// A text as one word of a shell's command.
+std::string shell_word(const std::string& text);
+
+// "cfsetup COMMAND" for the one browser, with the options that say where its manifests are.
+std::string command_for(const char* command, const browser& about, const setup_options& options,
+                        platform::registration_scope scope);
+
+// The command that registers the host at `host`, or with none the installed one, for the extensions
+// that the options name and those that are let in already.
+std::string install_command(const browser& about, const setup_options& options,
+                            platform::registration_scope scope,
+                            const std::vector<std::string>& ids_there, const std::string& host);

@@ -1,0 +1,29 @@
+// What cftap is told by the file beside it. Browsers start a host with arguments of their own and
+// no others, so it can't be told by those; a script in between would need a shell on one system and
+// an interpreter with rules of its own on the other; and of the environment a browser passes on
+// what it likes. So each recording has a folder with a copy of cftap, this file, and the captures:
+// a program finds its own folder on every system, whoever starts it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+inline constexpr char tap_settings_name[] = "cftap.json";
+
+constexpr std::size_t default_capture_mib = 64;
+constexpr std::size_t max_capture_mib = 4096;
+
+struct tap_settings {
+  std::string host;                             // empty: the one installed with cftap
+  bool with_values = false;                     // keep values of inputs and settings too
+  std::size_t limit_mib = default_capture_mib;  // of one capture
+};
+
+// Reads the file in `folder`. False, with the reason in `error`, if it isn't there or isn't right.
+bool read_tap_settings(const std::string& folder, tap_settings& settings, std::string& error);
+
+// The file's content.
+std::string tap_settings_text(const tap_settings& settings);
+
+// The host that `program` stands before, if it is a recording's cftap; else `program`.
+std::string recorded_host(const std::string& program);

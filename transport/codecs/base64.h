@@ -1,0 +1,26 @@
+// Base64 (RFC 4648, standard alphabet). The encoder writes one unbroken, padded line. The decoder
+// is lenient: it skips every foreign byte, pad characters among them, and validates neither length
+// nor padding. Neither writes a terminator.
+#pragma once
+
+#include <cstdint>
+
+// The encoded length of a longer text doesn't fit 32 bits.
+constexpr std::int32_t max_base64_input = 536'870'911;
+
+// Length of the encoded form of n bytes. Requires 0 <= n <= max_base64_input.
+std::int32_t base64_encoded_length(std::int32_t n);
+
+// Encodes n bytes. `length` holds the capacity of `destination` and receives the characters
+// written. 0 on success; -1, with nothing written, for a null argument, a capacity below
+// base64_encoded_length(n), or an n out of range.
+int base64_encode(const char* source, std::int32_t n, char* destination, std::int32_t* length);
+
+// Decodes up to `source_end`, or to a NUL that stands where a group of four would begin. `length`
+// holds the capacity of `destination` and receives the bytes that the text decodes to. 0 on
+// success; -1 when they exceed the capacity or `destination` is null: then `destination` holds the
+// groups before the first one that didn't fit, and the count is the full one all the same. Bits
+// left over at the end are dropped. `destination` may be the source itself, and may not overlap it
+// in any other way.
+int base64_decode(const char* source, char* destination, std::int32_t* length,
+                  const char* source_end);
