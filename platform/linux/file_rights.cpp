@@ -55,7 +55,7 @@ std::string foreign_part(const std::string& path) {
   std::string found = parent == path ? std::string() : foreign_part(parent);
   struct stat here = {};
   if (!found.empty() || lstat(path.c_str(), &here) != 0) return found;
-  // The rights of a link say nothing, its owner does.
+  // A link's permissions say nothing; its owner does.
   const bool foreign =
       S_ISLNK(here.st_mode) ? here.st_uid != 0 && here.st_uid != geteuid() : is_for_others(here);
   return foreign ? path : std::string();

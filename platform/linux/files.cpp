@@ -34,14 +34,14 @@ bool write_all(int fd, const std::string& content) {
   return true;
 }
 
-// Whoever shares the folder is to get in, whatever mask an administrator has.
+// Shared folders stay open to everybody even under an administrator's stricter umask.
 bool make_folder(const std::string& path, folder_readers readers) {
   if (readers == folder_readers::owner) return mkdir(path.c_str(), own_folder_mode) == 0;
   return mkdir(path.c_str(), shared_folder_mode) == 0 &&
          chmod(path.c_str(), shared_folder_mode) == 0;
 }
 
-// Goes up only while folders are missing, which ends early for a path that is too long.
+// Goes up only while folders are missing; a path that is too long ends the recursion at once.
 bool make_folders(const std::string& path, folder_readers readers, std::string& error) {
   if (look_at(path).is_folder || make_folder(path, readers)) return true;
   const std::string parent = folder_of(path);
@@ -54,7 +54,7 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
   return false;
 }
 
-// The content must be on the disk before the name is: a crash in between would leave an empty file.
+// The content must be on the disk before the name: a crash in between would leave an empty file.
 bool fill(descriptor file, const std::string& content) {
   return write_all(file.get(), content) && fchmod(file.get(), file_mode) == 0 &&
          fsync(file.get()) == 0 && file.close();
@@ -94,7 +94,7 @@ std::string started_file(const std::string& path) {
 
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error) {
-  // Without waiting: a pipe in the place of the file must not hold anybody up.
+  // Doesn't wait: a pipe in the file's place must not hold anybody up.
   const descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.valid()) {
     error = reason("read", path);
@@ -116,7 +116,7 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
 bool write_file(const std::string& path, const std::string& content, folder_readers readers,
                 std::string& error) {
   if (!make_folders(folder_of(path), readers, error)) return false;
-  // A file that may not grow is an error like a full disk, and must leave nothing behind.
+  // Reaching the limit on file sizes is an error like a full disk, and must leave nothing behind.
   std::signal(SIGXFSZ, SIG_IGN);
   std::string temporary = path + ".XXXXXX";
   descriptor file(mkostemp(temporary.data(), O_CLOEXEC));

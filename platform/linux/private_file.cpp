@@ -45,7 +45,7 @@ class linux_file final : public private_file {
 
 std::unique_ptr<private_file> private_file::create(const std::string& path, bool& exists,
                                                    std::string& error) {
-  // A file that may not grow is an error like a full disk.
+  // Reaching the limit on file sizes is an error like a full disk.
   std::signal(SIGXFSZ, SIG_IGN);
   descriptor file(
       open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, owner_only));
