@@ -5,6 +5,8 @@
 //   if (!dump_off) log_line("fragment=%d\r\n", number);
 //
 // Any thread may log. A line goes out whole, in one system call.
+//
+// The texts of the lines are fixed, misspellings included: tools and people match them.
 #pragma once
 
 #include <cstddef>
