@@ -12,8 +12,8 @@
 // The file is an object with up to four members:
 //   "locked"    true or false
 //   "explain"   true or false
-//   "settings"  an object of texts that override the defaults, which let the extension fill by
-// itself
+//   "settings"  an object of texts that override the defaults; these let the extension fill by
+//               itself
 //   "logins"    an array of objects with the texts "site", "user" and "password", and "subdomains",
 //               true or false
 // origin.h says what a site may be, public_suffix.h which ones have no subdomains of their own.

@@ -5,11 +5,11 @@
 
 namespace {
 
-// What is shown on either side of the first byte that differs.
+// How much is shown before and from the first byte that differs.
 constexpr std::size_t bytes_before = 30;
 constexpr std::size_t bytes_shown = 80;
 
-// The name of the first member, which is what a notification is called by.
+// The name of the first member, which names the notification.
 std::string kind_of(const std::string& text) {
   const std::size_t end = text.starts_with("{\"") ? text.find('"', 2) : std::string::npos;
   return end == std::string::npos ? "other" : text.substr(2, end - 2);

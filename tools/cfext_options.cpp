@@ -31,8 +31,8 @@ void add_number(CLI::App& app, const char* name, const char* value, std::size_t&
   app.add_option(name, out, text)->type_name(value)->check(CLI::Range(least, most).description(""));
 }
 
-// The library would take a text in brackets apart, as a list of its own. A blank in front keeps it
-// whole, and is taken away again.
+// The option parser would split a text in brackets as a list. A leading blank keeps it whole, and
+// is removed again later.
 bool is_in_brackets(const std::string& text) {
   const std::size_t start = text.find_first_not_of(' ');
   return start != std::string::npos && text[start] == '[' && text.back() == ']';

@@ -14,7 +14,7 @@ constexpr char script_start[] =
 constexpr char script_end[] = "' \"$@\"\n";
 constexpr char permission[] = "org.freedesktop.Flatpak=talk";
 
-// What is longer is neither a script nor a file of settings.
+// Longer than any such script or settings file.
 constexpr std::size_t max_size = 1 << 16;
 
 std::string content(const std::string& path) {

@@ -38,7 +38,7 @@ void add_id(const std::string& id, setup_options& options) {
   (*form == id_form::chromium ? options.chromium_ids : options.firefox_ids).push_back(id);
 }
 
-// An option that may be repeated, each value of which goes through `take`.
+// An option that may be repeated; each of its values goes through `take`.
 CLI::Option* add_each(CLI::App& to, const char* name, const char* value, const char* text,
                       std::function<void(const std::string&)> take) {
   return to
@@ -65,7 +65,7 @@ void add_ids(CLI::App& to, setup_options& options, const char* text) {
            [&options](const std::string& id) { add_id(id, options); });
 }
 
-// What says where manifests are, for all commands.
+// The options that say where manifests are, for all commands.
 void add_places(CLI::App& to, setup_options& options) {
   add_each(to, "--browser", "NAME",
            "One of those below, or all; may be repeated (default: those "
@@ -120,7 +120,7 @@ void add_changes(CLI::App& to, setup_options& options) {
   to.add_flag("--dry-run", options.dry_run, "Only tell what would be written or removed");
 }
 
-// Captures belong to who makes them.
+// Captures belong to the user who makes them.
 void add_recording(CLI::App& to, setup_options& options) {
   CLI::Option* const record =
       add_path(to, "--record", "DIR", options.record,
@@ -160,7 +160,7 @@ void add_doctor(CLI::App& app, setup_options& options) {
   doctor.add_flag("--dry-run", options.dry_run, "Only tell what --fix would do")->needs(fix);
 }
 
-// What no option tells by itself.
+// Checks what no single option can tell.
 void check_together(const setup_options& options) {
   if (options.command == setup_command::install && !options.keep_ids &&
       options.chromium_ids.empty() && options.firefox_ids.empty()) {

@@ -1,4 +1,4 @@
-// Stands between a browser and the host, and keeps a capture of what goes by.
+// Runs between a browser and the host, and keeps a capture of what passes.
 
 #include <chrono>
 #include <cstdio>
@@ -18,7 +18,7 @@
 
 namespace {
 
-// What no host ends with.
+// No host ends with this value.
 constexpr int exit_no_host = 125;
 
 constexpr const char* usage =
