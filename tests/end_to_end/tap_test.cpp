@@ -1,4 +1,4 @@
-// The real recorder between the tests and a host: what it hands on, and what it keeps of that.
+// The real recorder between the tests and a host: what it passes on, and what it records.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -20,8 +20,8 @@ const std::string page =
     R"("inputs":[{"name":"pw","value":"hunter2"}]}})";
 const std::string open_url = hex(u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in?k=2\0"sv);
 
-// A folder with the recorder in it, which stands before the host that the settings name, or before
-// a real one with the probe.
+// A folder with the recorder in front of the host that the settings name, or of a real one with the
+// probe.
 struct recording {
   explicit recording(tap_settings told = {}, const std::string& script = {}) {
     fs::copy_file(TAP_PROGRAM, program());
@@ -66,8 +66,8 @@ struct recording {
   fs::path folder = make_folder();
 };
 
-// One run of a program that gets all input and its end, and gives all output. What is to happen
-// before the end is done in between.
+// One run of a program: sends all input, ends it, and collects all output. `before_end` is called
+// before the input ends.
 struct session {
   session(
       const fs::path& program, const lines& arguments, const std::string& input,
@@ -150,7 +150,7 @@ TEST(tap, ends_a_record_at_its_limit_and_not_the_traffic) {
   tap_settings told = echoing();
   told.limit_mib = 1;
   const recording made(told);
-  // The end doesn't wait long for the record.
+  // Waits for the recording, since the end of the program doesn't wait long.
   const auto recorded = [&made] {
     const auto due = std::chrono::steady_clock::now() + 20s;
     const auto size = [&made] {
@@ -170,7 +170,7 @@ TEST(tap, hands_on_what_it_can_not_record) {
   const std::string input = request(page) + request(page);
   const recording untold(echoing());
   fs::remove(untold.folder / tap_settings_name);
-  // It has no host beside it either.
+  // There is no host beside it either.
   EXPECT_EQ(session(untold.program(), {}, input).exit_value, 125);
   fs::copy_file(ECHO_PROGRAM, untold.folder / HOST_NAME);
   EXPECT_EQ(session(untold.program(), {}, input).output, input);

@@ -1,4 +1,4 @@
-// In which order the process's objects go.
+// The order in which the process's objects end.
 #include <cstdlib>
 #include <thread>
 
@@ -69,7 +69,7 @@ void check_end() {
   std::_Exit(7);
 }
 
-// Ends are for good, so each happens in a process of its own.
+// An end is final, so each test runs in a process of its own.
 TEST_F(ExitOrder, ClosesTheGateAndTheProcessObjectsGoInTheirOrder) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(close_with_a_call_inside(), testing::ExitedWithCode(7), "");
