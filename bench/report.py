@@ -13,7 +13,7 @@ import statistics
 import subprocess
 import sys
 
-# What each row is to reach: ours, as a part of the first candidate's time.
+# The target of each row: our time as a fraction of the first candidate's.
 WANTED = {
     "parse": {"page1": .36, "page5": .40, "page40": .50, "page400": .50, "page4000": .50,
               "page40esc": .60, "env47": .27, "env500": .16, "env8000": .10},

@@ -1,11 +1,11 @@
-# What a package holds beside the programs, and the Debian packages: scripts/package makes them.
+# What a package holds besides the programs, and the Debian packages, which scripts/package makes.
 
 set(CFHOST_EXTENSION_IDS "" CACHE STRING
     "Extensions that the Debian package registers the host for when it is installed, separated by ;")
 
 set(doc ${CMAKE_INSTALL_DATADIR}/doc)
 if(WIN32)
-  # Whoever unpacks the archive finds all that is meant for him at its root.
+  # People who unpack the archive find everything meant for them at its root.
   install(FILES packaging/windows/README.txt COMPONENT host DESTINATION .)
   install(FILES LICENSE COMPONENT host DESTINATION . RENAME LICENSE.txt)
   install(DIRECTORY docs/ COMPONENT host DESTINATION docs FILES_MATCHING PATTERN "*.md")
@@ -29,18 +29,18 @@ else()
   file(CONFIGURE OUTPUT extension.ids CONTENT "${ids}\n")
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/extension.ids COMPONENT host
           DESTINATION ${CMAKE_INSTALL_DATADIR}/cfhost)
-  # The administrator's extensions.
+  # For the extensions that the administrator adds.
   install(DIRECTORY DESTINATION /etc/Orvanta/cfsetup.d COMPONENT host EXCLUDE_FROM_ALL)
 endif()
 
-# Each package has its own first line.
+# Each package's description has a first line of its own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_CONTACT "The coffer developers <coffer@orvanta.example>")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/same_bytes.cmake)
 
-# The development agent must never come along with the host, and few need the kit.
+# The development agent must never come with the host, and few people need the kit.
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL host agent sdk)

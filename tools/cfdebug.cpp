@@ -50,7 +50,7 @@ std::string narrow(const wide_char* text, std::size_t length) {
   return narrowed;
 }
 
-// Nobody is to wait for lines that never come.
+// So that nobody waits for lines that never come.
 void warn_if_off() {
   read_dump_switch();
   if (!dump_off) return;

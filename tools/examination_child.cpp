@@ -13,7 +13,7 @@ namespace {
 constexpr char separator = '\t';
 constexpr const char* severity_words[] = {"good", "note", "warning", "fault"};
 
-// What the library writes is counted, not kept.
+// The library's own output is counted, not kept.
 constexpr std::size_t longest_line = std::size_t{64} * 1024;
 
 std::string new_mark() {
@@ -40,7 +40,7 @@ severity severity_of(const std::string& word) {
   return static_cast<severity>(std::min<std::ptrdiff_t>(found - severity_words, 3));
 }
 
-// Puts together what the child tells, line by line.
+// Collects what the child reports, line by line.
 class listener {
  public:
   listener(std::string mark, child_account& told) : mark_(std::move(mark)), told_(told) {}
@@ -57,7 +57,7 @@ class listener {
   }
 
  private:
-  // What stands before the mark is the library's, which needn't end its lines.
+  // Text before the mark comes from the library, which needn't end its lines.
   void end_line() {
     const std::size_t at = line_.find(mark_);
     told_.foreign_bytes += at == std::string::npos ? line_.size() + 1 : at;

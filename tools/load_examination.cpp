@@ -14,10 +14,10 @@ namespace {
 constexpr std::size_t largest_library = std::size_t{64} << 20;
 constexpr std::string_view child_command = "--examine-loading";
 
-// A host has as long to start and end.
+// How long a host may take to start and end.
 constexpr std::chrono::milliseconds loading_timeout{5000};
 
-// As long as the host gives it.
+// The time that the host allows.
 constexpr std::chrono::milliseconds unload_timeout{400};
 
 constexpr std::chrono::milliseconds settling_time{50};
@@ -33,7 +33,7 @@ report_entry fault(const char* id, std::string text, std::string advice) {
   return {"", severity::fault, id, std::move(text), std::move(advice)};
 }
 
-// Nothing known of a file that can't be read, or is larger than any library.
+// Nothing for a file that can't be read or is larger than any library.
 std::optional<platform::library_facts> facts_of(const std::string& path) {
   std::string content, ignored;
   if (!platform::read_file(path, largest_library, content, ignored)) return std::nullopt;

@@ -1,4 +1,4 @@
-// Registration with browsers, and what the doctor says of every registration that doesn't work.
+// Registration with browsers, and what the doctor says about every registration that doesn't work.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -44,7 +44,7 @@ std::string replaced_if(std::string text, const std::string& from, const std::st
   return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-// The ids of what the doctor reports, in its order.
+// The ids that the doctor reports, in its order, and its exit value.
 std::string findings(const outcome& examined) {
   std::string found;
   const std::string start = R"("id":")";
@@ -55,8 +55,8 @@ std::string findings(const outcome& examined) {
   return found + std::to_string(examined.exit_value);
 }
 
-// A folder for a system of its own, where systems have folders, with a host that can be registered
-// and the program that does it.
+// A folder that serves as a whole system, where a system allows that, with a host that can be
+// registered and the program that registers it.
 class machine {
  public:
   machine() {
@@ -69,7 +69,7 @@ class machine {
   ~machine() {
     std::error_code ignored;
     if (registration_options(root()).empty()) {
-      // What isn't in the folder would be found by the next test.
+      // Anything outside the folder would be found by the next test.
       if (fs::is_directory(manifest_, ignored)) fs::remove(manifest_, ignored);
       run({"remove", "--force"});
       run({"remove", "--system", "--force"});
@@ -105,7 +105,7 @@ class machine {
     return run_program(setup().string(), arguments);
   }
 
-  // What the first advice with a command says, that on a fault if there is one.
+  // Runs the first command that the advice names, preferring the advice on a fault.
   outcome follow(const outcome& advised) const {
     const std::string start = "un: cfsetup ";
     const std::size_t fault = advised.text.find(": fault: ");
@@ -134,7 +134,7 @@ class machine {
     return findings(run(arguments));
   }
 
-  // Registers the host, and gives the manifest's path as it was reported.
+  // Registers the host, and returns the manifest's path as it was reported.
   const fs::path& registered(const lines& more = {}) {
     const std::string text = install(more).text;
     const std::string start = "Vivaldi: wrote ";
@@ -365,7 +365,7 @@ TEST(setup, names_the_method_that_is_meant) {
   }
 }
 
-// What follows puts files into a system of its own.
+// These tests put files into a system of their own.
 class setup_in_root : public testing::Test {
  protected:
   void SetUp() override {
@@ -474,7 +474,7 @@ TEST_F(setup_in_root, doctor_heeds_policies) {
   for (const auto& c : cases) {
     m.put("etc/opt/vivaldi/policies/managed/a", c.first);
     m.put("etc/opt/vivaldi/policies/managed/b.json", c.second);
-    // A host that may not be started isn't.
+    // A host that may not be started isn't started.
     const std::string expected = replaced_if(c.expected, "manifest-good started 1", "1");
     EXPECT_EQ(m.doctor(), expected) << c.first;
   }
@@ -575,7 +575,7 @@ TEST_F(setup_in_root, reports_in_json_that_is_utf8_whatever_a_path_holds) {
   EXPECT_NE(text.find("\xEF\xBF\xBD"), std::string::npos) << text;
 }
 
-// The configuration and the channel are those of all hosts of a build.
+// All hosts of a build share the configuration and the channel.
 TEST(diagnostics, viewer_says_when_nothing_will_come) {
   if (registration_options({}).empty()) GTEST_SKIP() << "there is no shell";
   open_debug_channel();

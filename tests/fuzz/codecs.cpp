@@ -1,4 +1,4 @@
-// The codecs against plain ones, and each fast path against the slow one.
+// Compares the codecs with plain ones, and each fast path with the slow one.
 
 #include <algorithm>
 #include <cstring>
@@ -60,7 +60,7 @@ void check_text_scan(std::vector<char> text) {
   }
 }
 
-// Both runs of ASCII: what they have converted, and that they have converted it alone.
+// For both runs of ASCII: checks what they have converted, and that they converted nothing else.
 template <class From, class To>
 void check_run(void (*run)(const From*&, const From*, To*&), const From* start, std::size_t size) {
   const std::unique_ptr<To[]> out(new To[size]);
@@ -72,8 +72,8 @@ void check_run(void (*run)(const From*&, const From*, To*&), const From* start, 
           "a run of ASCII is converted");
 }
 
-// The code point of a sequence of `size` bytes by its marks alone; a surrogate may be one. False
-// unless it is the only way to write that.
+// Decodes a sequence of `size` bytes by its marks alone, which may give a surrogate. False unless
+// this is the only way to write that code point.
 bool is_sequence(const unsigned char* in, std::size_t size, std::uint32_t& point) {
   constexpr std::uint32_t marks[] = {0, 0x00, 0xC0, 0xE0, 0xF0},
                           least[] = {0, 0, 0x80, 0x800, 0x10000};
@@ -87,7 +87,7 @@ bool is_sequence(const unsigned char* in, std::size_t size, std::uint32_t& point
   return point >= least[size] && point <= 0x10FFFF;
 }
 
-// Text by the book, but for U+FFFD, which stands for each ill-formed byte.
+// Converts by the book, except that each ill-formed byte becomes U+FFFD.
 wide_string plainly_widened(std::string_view text) {
   wide_string out;
   const auto* in = reinterpret_cast<const unsigned char*>(text.data());
@@ -103,7 +103,7 @@ wide_string plainly_widened(std::string_view text) {
   return out;
 }
 
-// How many U+FFFD stand for an ill-formed sequence is the unit tests' business.
+// Unit tests cover how many U+FFFD stand for an ill-formed sequence.
 wide_string without_repetition(wide_string text) {
   const auto both_replaced = [](wide_char a, wide_char b) { return a == 0xFFFD && b == 0xFFFD; };
   text.erase(std::unique(text.begin(), text.end(), both_replaced), text.end());
@@ -139,7 +139,7 @@ void check_narrowing(const std::vector<wide_char>& units) {
 
 }  // namespace
 
-// The copies end where their memory ends.
+// Each copy ends where its memory ends.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const std::vector<char> bytes(data, data + size);

@@ -1,4 +1,4 @@
-// Plays the host towards a client library and says what is wrong with it.
+// Plays the host to a client library and reports what is wrong with it.
 
 #include <cstdio>
 #include <cstdlib>
@@ -49,7 +49,7 @@ report examine(const check_options& options) {
   return out;
 }
 
-// Doesn't return if the process was started to do the dangerous part.
+// Doesn't return if this process was started as the child that does the dangerous part.
 void serve_as_child(int argc, char** argv) {
   if (argc != 5 || argv[1] != std::string(child_command)) return;
   platform::crash_quietly();

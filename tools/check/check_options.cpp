@@ -7,16 +7,16 @@ namespace {
 constexpr int longest_time_ms = 600'000;
 
 constexpr char description[] =
-    R"(Plays the host towards a client library, in a process of its own: loads it, asks for its interface,
-registers an observer, posts a message of each kind, looks at what it notifies of, and unloads it.
-Says what is wrong and what to do.
+    R"(Plays the host to a client library, in a separate process: loads the library, asks for its
+interface, registers an observer, posts a message of each kind, examines the notifications, and
+unloads the library. Reports what is wrong and what to do.
 
-The library does what it does with a host: it may ask for a password, open its console, and lock its
-store in the end.)";
+The library acts as it does with a host: it may ask for a password, open its console, and finally
+lock its store.)";
 
 constexpr char footer[] =
-    R"(Exit value: 0 when there is no fault (warnings don't count), 1 when there is one, 2 when the
-arguments can't be used.
+    R"(Exit value: 0 if there is no fault (warnings don't count), 1 if there is one, 2 if the arguments
+can't be used.
 
 Example: cfcheck /usr/libexec/cfhost/cfagent.so)";
 
@@ -34,7 +34,7 @@ std::optional<int> parse_check_options(int argc, char** argv, check_options& opt
   add_common_options(app);
   app.footer(footer);
   add_time(app, "--wait", options.wait,
-           "How long to wait for notifications behind the last message (default: 500)");
+           "How long to wait for notifications after the last message (default: 500)");
   add_time(app, "--timeout", options.timeout,
            "How long a call of the library may take (default: 5000)");
   app.add_flag("--json", options.json, "Report in JSON");

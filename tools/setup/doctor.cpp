@@ -43,7 +43,7 @@ class browser_examination {
     out_.add({subject_.title, severity::warning, id, std::move(text), std::move(advice)});
   }
 
-  // A fault that another registration puts right. With nobody's id there is nothing to register.
+  // A fault that a new registration repairs. Without an id there is nothing to register.
   void fault_of_registration(const char* id, std::string text) {
     fault(id, std::move(text), "Run: " + install_again());
     if (ids_.empty() && options_.ids(subject_.ids).empty()) return;
@@ -62,7 +62,7 @@ class browser_examination {
     return install_command(subject_, options_, scope_, ids_, host_to_keep());
   }
 
-  // A host that works need not give way to the installed one.
+  // A host that can be started needn't be replaced by the installed one.
   std::string host_to_keep() const {
     return host_ != own_host_ && platform::look_at(host_).executable ? host_ : std::string();
   }
@@ -123,7 +123,7 @@ class browser_examination {
     return !file_.empty();
   }
 
-  // The shared manifest isn't there yet: its ids are those of the user's.
+  // There is no shared manifest yet, so its ids come from the user's.
   std::string install_for_all(const std::string& own) {
     setup_options named = options_;
     auto& ids = subject_.ids == id_form::chromium ? named.chromium_ids : named.firefox_ids;
@@ -178,7 +178,7 @@ class browser_examination {
     return start_of(path);
   }
 
-  // The advice helps whose extension isn't among those.
+  // The advice is for people whose extension isn't among those.
   void say_good() {
     out_.add({subject_.title, severity::good, "manifest-good",
               file_ + " is as it should be and lets in " + enumeration(ids_),

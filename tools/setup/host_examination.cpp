@@ -13,7 +13,7 @@
 
 namespace {
 
-// How the host says why it can't work.
+// The exit values by which the host says why it can't work.
 constexpr int no_library = 1;
 constexpr int no_interface = 2;
 
@@ -32,8 +32,8 @@ class host_examination {
  public:
   host_examination(const host_start& start, report& out, repair_list& repairs)
       : start_(start), out_(out), repairs_(repairs) {
-    // A linked host looks for its library beside itself, not beside the link, and so does one that
-    // cftap starts.
+    // A host that is started through a link looks for its library beside itself, not beside the
+    // link. So does one that cftap starts.
     const std::string host = recorded_host(start.path);
     const std::string folder = platform::folder_of(platform::started_file(host));
     library_ = platform::path_below(folder, platform::library_file_name("cfagent"));
@@ -80,7 +80,7 @@ class host_examination {
     return is_there && host.executable && platform::look_at(library_).exists;
   }
 
-  // True if there are others who may write what decides what is run.
+  // True if others may write a file that decides what is run.
   bool look_at_writers() {
     std::vector<std::string> parts;
     for (const std::string& path : decisive_) {
@@ -124,7 +124,7 @@ class host_examination {
     }
   }
 
-  // Loaded by itself the library tells more than the host's exit value does.
+  // Loading the library by itself tells more than the host's exit value does.
   bool find_fault_of_library(int value) {
     if (!may_be_the_library(value)) return false;
     auto cause = fault_of_loading(library_, own_program("cfsetup"));
@@ -155,7 +155,7 @@ class host_examination {
   report& out_;
   repair_list& repairs_;
   std::string library_;
-  std::vector<std::string> decisive_;  // whoever may write one of them decides what is run
+  std::vector<std::string> decisive_;  // whoever can write one of these decides what is run
 };
 
 }  // namespace

@@ -27,7 +27,7 @@ class checker {
     return leniency_.comments && text_.substr(at_).starts_with(mark);
   }
 
-  // A comment that nothing ends is left where it is, and doesn't fit.
+  // An unterminated comment is left in place and becomes the fault.
   bool skip_comment(std::string_view start, std::string_view end, bool ends_with_text) {
     if (!comment_starts(start)) return false;
     const std::size_t stop = text_.find(end, at_ + start.size());
@@ -49,7 +49,7 @@ class checker {
     return true;
   }
 
-  // A punctuation mark and the white space behind it.
+  // A punctuation mark and the white space after it.
   bool mark(char c) {
     if (!take(c)) return false;
     skip_space();
@@ -85,7 +85,7 @@ class checker {
     return number_form() && std::isfinite(std::strtod(out_.c_str() + start, nullptr));
   }
 
-  // Digits of an escape; -1 if there aren't as many.
+  // The value of `count` hexadecimal digits; -1 if there are fewer.
   int hexadecimal(int count) {
     int code = 0;
     for (; count > 0; --count, ++at_) {
@@ -100,7 +100,7 @@ class checker {
     return code;
   }
 
-  // NUL would end the text for the parser: another character that no name has stands for it.
+  // NUL would end the text for the parser, so it is replaced by a character that no name contains.
   void put_escape(int code) {
     constexpr char digits[] = "0123456789abcdef";
     if (code == 0) code = 0xFFFD;
@@ -125,7 +125,7 @@ class checker {
     return (second & 0xFC00) == 0xDC00;
   }
 
-  // Behind the backslash.
+  // The part after the backslash.
   bool escape() {
     if (skip("u")) return wide_escape();
     if (leniency_.hex_escapes && skip("x")) {
@@ -188,7 +188,7 @@ class checker {
     }
   }
 
-  // A value and the white space behind it.
+  // A value and the white space after it.
   bool value(int depth) {
     if (mark('{')) return container('}', true, depth + 1);
     if (mark('[')) return container(']', false, depth + 1);

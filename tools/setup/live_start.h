@@ -1,4 +1,4 @@
-// A start of the host, as a browser does it, whose input ends at once.
+// A start of the host as a browser does it, with an input that ends at once.
 #pragma once
 
 #include <chrono>

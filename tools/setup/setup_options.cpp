@@ -9,7 +9,8 @@
 namespace {
 
 constexpr char description[] =
-    "Registers the native-messaging host with browsers, and finds out why one doesn't start it.";
+    "Registers the native-messaging host with browsers, and finds out why a browser doesn't start "
+    "it.";
 
 constexpr char footer[] =
     R"(cfsetup COMMAND --help shows the options of a command.
@@ -38,7 +39,7 @@ void add_id(const std::string& id, setup_options& options) {
   (*form == id_form::chromium ? options.chromium_ids : options.firefox_ids).push_back(id);
 }
 
-// An option that may be repeated, each value of which goes through `take`.
+// An option that may be repeated; each of its values goes through `take`.
 CLI::Option* add_each(CLI::App& to, const char* name, const char* value, const char* text,
                       std::function<void(const std::string&)> take) {
   return to
@@ -65,7 +66,7 @@ void add_ids(CLI::App& to, setup_options& options, const char* text) {
            [&options](const std::string& id) { add_id(id, options); });
 }
 
-// What says where manifests are, for all commands.
+// The options that say where manifests are, for all commands.
 void add_places(CLI::App& to, setup_options& options) {
   add_each(to, "--browser", "NAME",
            "One of those below, or all; may be repeated (default: those "
@@ -73,9 +74,9 @@ void add_places(CLI::App& to, setup_options& options) {
            [&options](const std::string& name) { add_browser(name, options); });
   CLI::Option* const user_data = add_path(
       to, "--user-data-dir", "DIR", options.user_data,
-      "The browser is started with this folder for its data (not on\nWindows, not Firefox)");
+      "The folder for data that the browser is started with (not on\nWindows, not Firefox)");
   CLI::Option* const folder = add_path(to, "--manifest-dir", "DIR", options.manifest_dir,
-                                       "The manifests of a browser that isn't listed lie there");
+                                       "Where a browser that isn't listed looks for manifests");
   to.add_option_function<std::string>(
         "--form",
         [&options](const std::string& form) {
@@ -84,7 +85,7 @@ void add_places(CLI::App& to, setup_options& options) {
           options.browsers = {
               &unlisted_browser(is_chromium ? id_form::chromium : id_form::firefox)};
         },
-        "What their form is: chromium or firefox")
+        "The form of those manifests: chromium or firefox")
       ->type_name("FORM")
       ->needs(folder);
   folder->needs("--form")->excludes("--browser")->excludes(user_data);
@@ -92,7 +93,7 @@ void add_places(CLI::App& to, setup_options& options) {
       ->excludes(user_data)
       ->excludes(folder);
   add_path(to, "--root", "DIR", options.root,
-           "Look at, and change, the system below DIR (not on Windows)");
+           "Examine and change the system below DIR (not on Windows)");
   to.add_flag("--json", options.json, "Report in JSON");
   to.footer("Browsers: " + browser_names() + ".");
 }
@@ -116,34 +117,36 @@ void add_changes(CLI::App& to, setup_options& options) {
   add_scope(to, options);
   add_path(to, "--host", "PATH", options.host,
            "The host (default: cfhost beside cfsetup, or ../libexec/cfhost/cfhost)");
-  to.add_flag("--force", options.force, "Also what another host has registered");
-  to.add_flag("--dry-run", options.dry_run, "Only tell what would be written or removed");
+  to.add_flag("--force", options.force, "Also change what another host has registered");
+  to.add_flag("--dry-run", options.dry_run, "Only say what would be written or removed");
 }
 
-// Captures belong to who makes them.
+// Captures belong to the user who makes them.
 void add_recording(CLI::App& to, setup_options& options) {
   CLI::Option* const record =
       add_path(to, "--record", "DIR", options.record,
-               "Register a recorder before the host, which keeps captures in DIR, without\n"
+               "Register a recorder in front of the host, which keeps captures in DIR, without\n"
                "values of inputs and settings; install without it to end that");
   record->excludes("--system");
-  to.add_flag("--with-values", options.with_values, "Let it keep them too, passwords among them")
+  to.add_flag("--with-values", options.with_values,
+              "Let it keep these values too, including passwords")
       ->needs(record);
 }
 
 void add_install(CLI::App& app, setup_options& options) {
   CLI::App& install = add_command(app, "install", setup_command::install,
-                                  "Let extensions, and no others, start the host", options);
+                                  "Let these extensions, and no others, start the host", options);
   add_ids(
       install, options,
       "32 letters from a to p; for Firefox name@domain or a {GUID}. Each\nbrowser takes the ids "
       "of its own form; may be repeated");
-  add_each(install, "--add-extension-id", "ID", "The same, beside those that are let in already",
+  add_each(install, "--add-extension-id", "ID",
+           "The same, in addition to those that are allowed already",
            [&options](const std::string& id) {
              add_id(id, options);
              options.keep_ids = true;
            });
-  install.add_flag("--keep-ids", options.keep_ids, "Let those in that are let in already");
+  install.add_flag("--keep-ids", options.keep_ids, "Keep the extensions that are allowed already");
   add_changes(install, options);
   add_recording(install, options);
 }
@@ -154,13 +157,13 @@ void add_doctor(CLI::App& app, setup_options& options) {
       "Examine every registration, start the host as the browser would, and say\nwhat is wrong and "
       "what to do",
       options);
-  add_ids(doctor, options, "Whether this extension may start the host; may be repeated");
+  add_ids(doctor, options, "Check whether this extension may start the host; may be repeated");
   CLI::Option* const fix =
       doctor.add_flag("--fix", options.fix, "Do what it advises, as far as that is safe");
-  doctor.add_flag("--dry-run", options.dry_run, "Only tell what --fix would do")->needs(fix);
+  doctor.add_flag("--dry-run", options.dry_run, "Only say what --fix would do")->needs(fix);
 }
 
-// What no option tells by itself.
+// Checks what no single option can tell.
 void check_together(const setup_options& options) {
   if (options.command == setup_command::install && !options.keep_ids &&
       options.chromium_ids.empty() && options.firefox_ids.empty()) {
@@ -182,7 +185,7 @@ std::optional<int> parse_cfsetup_options(int argc, char** argv, setup_options& o
   app.footer(footer);
   add_install(app, options);
   CLI::App& remove =
-      add_command(app, "remove", setup_command::remove, "Take the registration back", options);
+      add_command(app, "remove", setup_command::remove, "Remove the registration", options);
   add_changes(remove, options);
   add_command(app, "list", setup_command::list, "Show where the host is registered", options);
   add_doctor(app, options);

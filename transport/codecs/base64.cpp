@@ -11,7 +11,7 @@ constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxy
 
 constexpr std::uint8_t foreign = 0xFF;
 
-// The six bits of each byte of the alphabet; `foreign` for all others.
+// The value of each character of the alphabet; `foreign` for all other bytes.
 consteval std::array<std::uint8_t, 256> make_values() {
   std::array<std::uint8_t, 256> values{};
   for (auto& value : values) value = foreign;
@@ -22,7 +22,7 @@ constexpr std::array<std::uint8_t, 256> values = make_values();
 
 std::uint8_t value_of(char c) { return values[static_cast<unsigned char>(c)]; }
 
-// Up to four characters' bits, the first one highest.
+// The bits of up to four characters, the first one highest.
 struct group {
   std::uint32_t bits = 0;
   int characters = 0;
@@ -30,10 +30,10 @@ struct group {
   int bytes() const { return characters * 6 / 8; }
 };
 
-// The next group, foreign bytes left out.
+// Takes the next group and skips foreign bytes.
 group take_group(const char*& at, const char* end) {
   group g;
-  // Four characters in a row are the rule; `foreign` shows in the top bits of the union.
+  // Usually four characters stand in a row; `foreign` shows in the top bits of the union.
   if (end - at >= 4) {
     const std::uint8_t a = value_of(at[0]), b = value_of(at[1]);
     const std::uint8_t c = value_of(at[2]), d = value_of(at[3]);
@@ -52,7 +52,7 @@ group take_group(const char*& at, const char* end) {
   return g;
 }
 
-// Decodes into a destination of limited room. Beyond it nothing is written, but still counted.
+// Decodes into a destination of limited room. What doesn't fit is counted but not written.
 class decoder {
  public:
   decoder(const char* source, const char* end, char* destination, std::int32_t capacity)
@@ -75,7 +75,7 @@ class decoder {
 
  private:
   // Decodes by vector code up to a foreign byte. The plain code takes the group with that byte, and
-  // the vector code goes on behind it. Only line breaks make that happen often.
+  // the vector code continues after it. Only line breaks make that happen often.
   void take_run() {
     if (overflow_ || capacity_ < written_) return;
     const base64_progress done =
