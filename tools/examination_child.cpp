@@ -115,7 +115,7 @@ bool child_account::has_faults() const {
 }
 
 child_account run_examination(const std::string& program, std::vector<std::string> arguments,
-                              std::chrono::milliseconds patience) {
+                              std::chrono::milliseconds timeout) {
   child_account told;
   const std::string mark = new_mark();
   arguments.push_back(mark);
@@ -125,16 +125,16 @@ child_account run_examination(const std::string& program, std::vector<std::strin
   listener ear(mark, told);
   char block[4096];
   std::optional<std::size_t> count;
-  while ((count = child->read(block, sizeof block, patience)).value_or(0) > 0) {
+  while ((count = child->read(block, sizeof block, timeout)).value_or(0) > 0) {
     ear.take({block, *count});
   }
   const bool output_ended = count.has_value();
-  told.exit_value = child->wait(output_ended ? patience : std::chrono::milliseconds(0));
+  told.exit_value = child->wait(output_ended ? timeout : std::chrono::milliseconds(0));
   return told;
 }
 
 std::optional<report_entry> judge_end(const child_account& child, const std::string& library,
-                                      std::chrono::milliseconds patience) {
+                                      std::chrono::milliseconds timeout) {
   const auto fault = [](const char* id, std::string text, std::string advice) {
     return report_entry{"", severity::fault, id, std::move(text), std::move(advice)};
   };
@@ -145,7 +145,7 @@ std::optional<report_entry> judge_end(const child_account& child, const std::str
   }
   if (!child.exit_value.has_value()) {
     return fault("library-hangs",
-                 library + " took longer than " + std::to_string(patience.count()) + " ms" + where,
+                 library + " took longer than " + std::to_string(timeout.count()) + " ms" + where,
                  "It must come back at once: work that takes time belongs on a thread of its own.");
   }
   const std::string crash = platform::crash_of(*child.exit_value);

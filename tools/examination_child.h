@@ -47,10 +47,10 @@ struct child_account {
 };
 
 // Starts `program` with these arguments and a mark behind them, and listens until it ends. It is
-// ended when nothing was told for as long as `patience`.
+// ended when nothing was told for as long as `timeout`.
 child_account run_examination(const std::string& program, std::vector<std::string> arguments,
-                              std::chrono::milliseconds patience);
+                              std::chrono::milliseconds timeout);
 
 // What the child's end says of the library; nothing for an end as it should be.
 std::optional<report_entry> judge_end(const child_account& child, const std::string& library,
-                                      std::chrono::milliseconds patience);
+                                      std::chrono::milliseconds timeout);

@@ -53,13 +53,13 @@ function writeExtension(home, probe, reference) {
 }
 
 // A page at the address `control`, which extensions of writeExtension() read orders from. A browser may
-// show its first page before it has loaded the extension; throws if it doesn't within `patience`.
-export async function openControl(context, control, patience = timeout) {
+// show its first page before it has loaded the extension; throws if it doesn't within `limit`.
+export async function openControl(context, control, limit = timeout) {
   const page = await context.newPage();
   await until("an extension that takes orders", async () => {
     await page.goto(control);
     return page.evaluate(() => document.documentElement.dataset.relay);
-  }, patience);
+  }, limit);
   return page;
 }
 

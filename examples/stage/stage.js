@@ -63,14 +63,14 @@ export function processesOf(path) {
 }
 
 // Waits until `condition` gives something true, and gives that.
-export async function until(what, condition, patience = timeout) {
-  const end = Date.now() + patience;
+export async function until(what, condition, limit = timeout) {
+  const end = Date.now() + limit;
   while (Date.now() < end) {
     const result = await condition();
     if (result) return result;
     await pause(50);
   }
-  throw new Error(`not within ${patience / 1000} s: ${what}`);
+  throw new Error(`not within ${limit / 1000} s: ${what}`);
 }
 
 // Waits until the login has come into the page's, or frame's, fields.

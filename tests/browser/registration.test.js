@@ -184,8 +184,8 @@ async function runGroup(name, { what, policies = {}, data, user = facts[name].us
   const { context } = await browsers[name].open(home, { probe: true, control, data: place.data });
   try {
     // A policy may keep the extension out.
-    const patience = name === "firefox" && what.includes("blocked") ? 15_000 : timeout;
-    place.page = await openControl(context, control, patience).catch(() => null);
+    const limit = name === "firefox" && what.includes("blocked") ? 15_000 : timeout;
+    place.page = await openControl(context, control, limit).catch(() => null);
     for (const [row, places, only = name] of rows) {
       if (only === name) tell(what ? `${what}: ${row}` : row, await examine(place, places));
     }

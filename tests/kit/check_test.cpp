@@ -33,7 +33,7 @@ class checked_library : public testing::Test {
   // The report, and what it ends with.
   std::string run(const std::vector<std::string>& options = {}) {
     std::vector<std::string> arguments = options;
-    arguments.insert(arguments.end(), {"--wait", "0", "--patience", "3000", library_.string()});
+    arguments.insert(arguments.end(), {"--wait", "0", "--timeout", "3000", library_.string()});
     std::string error, text;
     const auto check = platform::child_process::start(CHECK_PROGRAM, arguments, error);
     if (check == nullptr) return error;

@@ -39,10 +39,10 @@ report examine(const check_options& options) {
 
   const std::string wait = std::to_string(options.wait.count());
   const child_account child =
-      run_examination(program, {child_command, library, wait}, options.patience);
+      run_examination(program, {child_command, library, wait}, options.timeout);
   for (const report_entry& entry : child.entries) out.add(entry);
   look_at_output(child, library, out);
-  if (auto fault = judge_end(child, library, options.patience)) out.add(std::move(*fault));
+  if (auto fault = judge_end(child, library, options.timeout)) out.add(std::move(*fault));
   if (!out.has_faults())
     out.add(
         {"", severity::good, "library-good", library + " does what the host expects of it", {}});

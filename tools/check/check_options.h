@@ -6,9 +6,9 @@
 #include <string>
 
 struct check_options {
-  std::string library;                       // as given
-  std::chrono::milliseconds wait{500};       // for notifications, behind the last request
-  std::chrono::milliseconds patience{5000};  // for each call of the library
+  std::string library;                      // as given
+  std::chrono::milliseconds wait{500};      // for notifications, behind the last request
+  std::chrono::milliseconds timeout{5000};  // for each call of the library
   bool json = false;
 };
 
