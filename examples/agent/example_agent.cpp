@@ -1,5 +1,5 @@
 // A client library that knows one login. It fills that into every login page of its site, and does
-// nothing else: a starting point for a library of your own.
+// nothing else. Start from it to write a library of your own.
 
 #include "messages/agent_interface.h"
 #include "messages/library/byte_sink.h"
@@ -12,8 +12,8 @@ constexpr wide_view site = u"https://example.com/";
 constexpr wide_char user[] = u"example";
 constexpr wide_char password[] = u"example password";
 
-// Reads the posted page into a message of our own. The library doesn't look into the host's object
-// but asks it for its form, which is the same for every compiler.
+// The page that was posted, as a message of our own. The library doesn't look into the host's
+// object, but asks it for its form, which is the same for every compiler.
 bool read_page(iCfMsg& posted, CfMsgWebsite& page) {
   byte_sink form;
   cfOStream out = form.stream();
@@ -22,7 +22,7 @@ bool read_page(iCfMsg& posted, CfMsgWebsite& page) {
   return page.read(in);
 }
 
-// "value" is what goes into the input; "cf-value" and "cf-schema" tell the extension what it is.
+// "value" is what the page's input gets; "cf-value" and "cf-schema" tell the extension what it is.
 void fill(propsW_t& input, const wide_char* schema, const wide_char* value) {
   input.set(u"value", value, true);
   input.set(u"cf-value", value, true);
@@ -55,7 +55,7 @@ class client final : public implements<client, iCfClient> {
     return 0;
   }
 
-  // The host's reference comes with the message, and is released when everything has been read.
+  // The message comes with the host's reference, which is given back once everything has been read.
   std::int32_t post(iCfMsg* message) override {
     CfMsgWebsite page;
     const bool has_page = read_page(*message, page);

@@ -2,8 +2,8 @@ set(CFHOST_KIT_FOLDER ${CMAKE_CURRENT_LIST_DIR})
 
 # cfhost_add_agent_library(NAME SOURCE...)
 #
-# Makes the target NAME, a library with the file name that the host looks for. Its only export is
-# Api. It contains its C++ runtime, so that it doesn't get mixed up with the host's. Link it with
+# Makes the target NAME, a library with the file name that the host looks for. It exports only Api, and
+# has the C++ runtime linked in: the host has a runtime of its own, and the two must not mix. Link it with
 # cfhost::agent_interface or cfhost::messages.
 function(cfhost_add_agent_library name)
   add_library(${name} MODULE ${ARGN})

@@ -1,5 +1,5 @@
-// Asks real browsers whether they start the host for each row of manifests.json, and the doctor whether he
-// thinks so. Run by tests/browser/own-system, it also tries what concerns all users.
+// Compares, for each row of manifests.json, whether real browsers start the host and whether the doctor says
+// that they do. Run by tests/browser/own-system, it also tries what concerns all users.
 //
 // A row is [what it shows, what lies where, the only browser if not both]. `user` and `system` are the
 // members that replace those of a good manifest, with "origins" for the list of extensions, or the whole
@@ -47,7 +47,7 @@ before(async () => {
 
 after(() => site?.close());
 
-// The host, and beside it what is nearly one.
+// The host, and programs and files beside it that aren't quite one.
 function installHosts() {
   const host = installHost(hosts, build);
   const write = (name, text) => writeFileSync(join(hosts, name), text, { mode: 0o755 });
@@ -78,7 +78,7 @@ function namesOf(name) {
 
 const fill = (text, names) => text.replaceAll(/\$\{(\w+)\}/g, (_, name) => names[name]);
 
-// Long values, which the table only describes.
+// Long values, which the table only refers to.
 const valueMakers = {
   repeat: ([text, count]) => text.repeat(count),
   times: ([value, count]) => Array(count).fill(value),
@@ -127,7 +127,7 @@ async function askDoctor(name, home, data) {
   return { works: code === 0, reason: faults.join(" ") };
 }
 
-// What the browser does and what the doctor says, of one row.
+// What the browser does, and what the doctor says, about one row.
 async function examine({ name, home, data, page, folder }, row) {
   const { user = {}, system = null, text, encoding, without, then } = row;
   const places = ownSystem ? [folder, facts[name].system] : [folder];
@@ -143,7 +143,7 @@ async function examine({ name, home, data, page, folder }, row) {
   }
 }
 
-// Each member with each value, and left out.
+// Each member with each value, and without the member.
 function rowsOfMembers() {
   return ["name", "description", "path", "type", "origins"].flatMap((member) => [
     [`"${member}" missing`, { without: member }],
@@ -154,7 +154,7 @@ function rowsOfMembers() {
   ]);
 }
 
-// What has to be there when a browser starts, and the rows for that.
+// What must be there when a browser starts, and the rows for it.
 function groupsOf(name) {
   const alone = ["user", {}];
   const three = [alone, ["all users", { user: null, system: {} }], ["both", { system: {} }]];
@@ -169,7 +169,7 @@ function groupsOf(name) {
   ];
 }
 
-// Starts the browser for a group of rows; hands each row's outcome to `tell`.
+// Starts the browser for a group of rows; passes the outcome of each row to `tell`.
 async function runGroup(name, { what, policies = {}, data, user = facts[name].user, rows }, tell) {
   const home = join(results, name);
   const place = { name, home, data: data && join(home, data), folder: join(home, user) };
@@ -183,9 +183,9 @@ async function runGroup(name, { what, policies = {}, data, user = facts[name].us
   const control = site.address("control", "/plain");
   const { context } = await browsers[name].open(home, { probe: true, control, data: place.data });
   try {
-    // A policy may keep the extension out.
-    const patience = name === "firefox" && what.includes("blocked") ? 15_000 : timeout;
-    place.page = await openControl(context, control, patience).catch(() => null);
+    // A policy may block the extension.
+    const limit = name === "firefox" && what.includes("blocked") ? 15_000 : timeout;
+    place.page = await openControl(context, control, limit).catch(() => null);
     for (const [row, places, only = name] of rows) {
       if (only === name) tell(what ? `${what}: ${row}` : row, await examine(place, places));
     }
@@ -197,7 +197,7 @@ async function runGroup(name, { what, policies = {}, data, user = facts[name].us
 
 const said = (works) => (works ? "yes" : "no ");
 
-// All rows in one browser. What came out is kept in a file.
+// Tests all rows in one browser, and keeps the outcome in a file.
 async function runTable(name) {
   const lines = [];
   for (const group of groupsOf(name)) {

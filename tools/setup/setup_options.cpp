@@ -15,8 +15,8 @@ constexpr char description[] =
 constexpr char footer[] =
     R"(cfsetup COMMAND --help shows the options of a command.
 
-Exit value: 0 when all is well, 1 when something failed or the doctor found a fault (warnings don't
-count), 2 when the arguments can't be used.
+Exit value: 0 if all is well, 1 if something failed or the doctor found a fault (warnings don't
+count), 2 if the arguments are wrong.
 
 Example: cfsetup install --browser chromium --extension-id abcdefghijklmnopabcdefghijklmnop)";
 
@@ -66,7 +66,7 @@ void add_ids(CLI::App& to, setup_options& options, const char* text) {
            [&options](const std::string& id) { add_id(id, options); });
 }
 
-// The options that say where manifests are, for all commands.
+// The options of all commands that say where manifests are.
 void add_places(CLI::App& to, setup_options& options) {
   add_each(to, "--browser", "NAME",
            "One of those below, or all; may be repeated (default: those "
@@ -74,7 +74,7 @@ void add_places(CLI::App& to, setup_options& options) {
            [&options](const std::string& name) { add_browser(name, options); });
   CLI::Option* const user_data = add_path(
       to, "--user-data-dir", "DIR", options.user_data,
-      "The folder for data that the browser is started with (not on\nWindows, not Firefox)");
+      "The browser is started with this folder for its data (not on\nWindows, not for Firefox)");
   CLI::Option* const folder = add_path(to, "--manifest-dir", "DIR", options.manifest_dir,
                                        "Where a browser that isn't listed looks for manifests");
   to.add_option_function<std::string>(
@@ -117,7 +117,8 @@ void add_changes(CLI::App& to, setup_options& options) {
   add_scope(to, options);
   add_path(to, "--host", "PATH", options.host,
            "The host (default: cfhost beside cfsetup, or ../libexec/cfhost/cfhost)");
-  to.add_flag("--force", options.force, "Also change what another host has registered");
+  to.add_flag("--force", options.force,
+              "Also replace or remove manifests that name another host or are shared");
   to.add_flag("--dry-run", options.dry_run, "Only say what would be written or removed");
 }
 
@@ -125,28 +126,28 @@ void add_changes(CLI::App& to, setup_options& options) {
 void add_recording(CLI::App& to, setup_options& options) {
   CLI::Option* const record =
       add_path(to, "--record", "DIR", options.record,
-               "Register a recorder in front of the host, which keeps captures in DIR, without\n"
-               "values of inputs and settings; install without it to end that");
+               "Record what browser and host say to each other in DIR, without the values of\n"
+               "inputs and settings; install without this option to end it");
   record->excludes("--system");
-  to.add_flag("--with-values", options.with_values,
-              "Let it keep these values too, including passwords")
+  to.add_flag("--with-values", options.with_values, "Record those values too, passwords included")
       ->needs(record);
 }
 
 void add_install(CLI::App& app, setup_options& options) {
-  CLI::App& install = add_command(app, "install", setup_command::install,
-                                  "Let these extensions, and no others, start the host", options);
+  CLI::App& install =
+      add_command(app, "install", setup_command::install,
+                  "Let the given extensions, and no others, start the host", options);
   add_ids(
       install, options,
       "32 letters from a to p; for Firefox name@domain or a {GUID}. Each\nbrowser takes the ids "
       "of its own form; may be repeated");
   add_each(install, "--add-extension-id", "ID",
-           "The same, in addition to those that are allowed already",
+           "The same, in addition to the extensions already allowed",
            [&options](const std::string& id) {
              add_id(id, options);
              options.keep_ids = true;
            });
-  install.add_flag("--keep-ids", options.keep_ids, "Keep the extensions that are allowed already");
+  install.add_flag("--keep-ids", options.keep_ids, "Keep the extensions that are already allowed");
   add_changes(install, options);
   add_recording(install, options);
 }
@@ -155,15 +156,15 @@ void add_doctor(CLI::App& app, setup_options& options) {
   CLI::App& doctor = add_command(
       app, "doctor", setup_command::doctor,
       "Examine every registration, start the host as the browser would, and say\nwhat is wrong and "
-      "what to do",
+      "what to do about it",
       options);
-  add_ids(doctor, options, "Check whether this extension may start the host; may be repeated");
+  add_ids(doctor, options, "Check that this extension may start the host; may be repeated");
   CLI::Option* const fix =
-      doctor.add_flag("--fix", options.fix, "Do what it advises, as far as that is safe");
+      doctor.add_flag("--fix", options.fix, "Do what the doctor advises, as far as that is safe");
   doctor.add_flag("--dry-run", options.dry_run, "Only say what --fix would do")->needs(fix);
 }
 
-// Checks what no single option can tell.
+// What can't be said of one option alone.
 void check_together(const setup_options& options) {
   if (options.command == setup_command::install && !options.keep_ids &&
       options.chromium_ids.empty() && options.firefox_ids.empty()) {
@@ -172,7 +173,7 @@ void check_together(const setup_options& options) {
   if (options.user_data.empty()) return;
   if (options.browsers.size() > 1) refuse_value("--user-data-dir is for one browser");
   if (!options.browsers.empty() && options.browsers.front()->ids == id_form::firefox) {
-    refuse_value("--user-data-dir: browsers of Firefox's kind look for no manifests there");
+    refuse_value("--user-data-dir: Firefox and related browsers don't look for manifests there");
   }
 }
 
@@ -185,7 +186,7 @@ std::optional<int> parse_cfsetup_options(int argc, char** argv, setup_options& o
   app.footer(footer);
   add_install(app, options);
   CLI::App& remove =
-      add_command(app, "remove", setup_command::remove, "Remove the registration", options);
+      add_command(app, "remove", setup_command::remove, "Undo the registration", options);
   add_changes(remove, options);
   add_command(app, "list", setup_command::list, "Show where the host is registered", options);
   add_doctor(app, options);
