@@ -46,8 +46,8 @@ struct child_account {
   bool has_faults() const;
 };
 
-// Starts `program` with these arguments and a mark behind them, and listens until it ends. It is
-// ended when nothing was told for as long as `timeout`.
+// Starts `program` with these arguments and a mark after them, and listens until it ends. Kills it
+// if nothing was reported for as long as `timeout`.
 child_account run_examination(const std::string& program, std::vector<std::string> arguments,
                               std::chrono::milliseconds timeout);
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t largest_library = std::size_t{64} << 20;
 constexpr std::string_view child_command = "--examine-loading";
 
-// A host has as long to start and end.
+// How long a host may take to start and end.
 constexpr std::chrono::milliseconds loading_timeout{5000};
 
 // The time that the host allows.

@@ -7,7 +7,7 @@
 
 struct check_options {
   std::string library;                      // as given
-  std::chrono::milliseconds wait{500};      // for notifications, behind the last request
+  std::chrono::milliseconds wait{500};      // for notifications after the last request
   std::chrono::milliseconds timeout{5000};  // for each call of the library
   bool json = false;
 };
