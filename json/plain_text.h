@@ -6,9 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "platform/portable/vectors.h"
 
 // Quote, backslash, control characters and NUL.
 constexpr bool interrupts_text(char c) {
@@ -42,7 +40,7 @@ inline unsigned interrupting_bits_wordwise(const char* at) {
   return static_cast<unsigned>(high << 8 | low);
 }
 
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
 inline unsigned interrupting_bits(const char* at) {
   const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
   const __m128i is_control = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x1F)), text);

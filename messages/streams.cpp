@@ -4,10 +4,7 @@
 #include <cstring>
 
 #include "messages/deleting_destructor.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "platform/portable/vectors.h"
 
 static_assert(std::endian::native == std::endian::little,
               "fields go between memory and payload as they are");
@@ -22,7 +19,7 @@ std::ptrdiff_t zero_unit_offset(const unsigned char* bytes, std::ptrdiff_t size)
   constexpr std::uint64_t ones = 0x0001000100010001;
   constexpr std::uint64_t tops = 0x8000800080008000;
   std::ptrdiff_t at = 0;
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
   for (; size - at >= 16; at += 16) {
     const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
     const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi16(units, _mm_setzero_si128()));

@@ -9,11 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/portable/vectors.h"
 #include "platform/wide.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace ascii_runs {
 
@@ -38,7 +35,7 @@ inline void narrow_wordwise(const wide_char*& in, const wide_char* end, char*& o
   }
 }
 
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
 
 inline void store(void* at, __m128i value) { _mm_storeu_si128(static_cast<__m128i*>(at), value); }
 

@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 
-#include "transport/codecs/base64_vector.h"
-
 namespace {
 
 constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -55,9 +53,10 @@ group take_group(const char*& at, const char* end) {
 // Decodes into a destination of limited room. What doesn't fit is counted but not written.
 class decoder {
  public:
-  decoder(const char* source, const char* end, char* destination, std::int32_t capacity)
+  decoder(const char* source, const char* end, char* destination, std::int32_t capacity, int width)
       : at_(source),
         end_(end),
+        width_(width),
         destination_(destination),
         capacity_(capacity),
         overflow_(destination == nullptr) {}
@@ -80,7 +79,7 @@ class decoder {
     if (overflow_ || capacity_ < written_) return;
     const base64_progress done =
         base64_decode_vector(at_, static_cast<std::size_t>(end_ - at_), destination_ + written_,
-                             static_cast<std::size_t>(capacity_ - written_));
+                             static_cast<std::size_t>(capacity_ - written_), width_);
     at_ += done.read;
     written_ += static_cast<std::int64_t>(done.written);
   }
@@ -98,6 +97,7 @@ class decoder {
 
   const char* at_;
   const char* const end_;
+  const int width_;
   char* const destination_;
   const std::int64_t capacity_;
   std::int64_t written_ = 0;
@@ -118,12 +118,13 @@ std::int32_t base64_encoded_length(std::int32_t n) {
   return (unpadded + 3) / 4 * 4;
 }
 
-int base64_encode(const char* source, std::int32_t n, char* destination, std::int32_t* length) {
+int base64_encode(const char* source, std::int32_t n, char* destination, std::int32_t* length,
+                  int width) {
   if (destination == nullptr || length == nullptr) return -1;
   if (n < 0 || n > max_base64_input || *length < base64_encoded_length(n)) return -1;
 
   const base64_progress fast =
-      base64_encode_vector(source, static_cast<std::size_t>(n), destination);
+      base64_encode_vector(source, static_cast<std::size_t>(n), destination, width);
   char* out = destination + fast.written;
   const char* at = source + fast.read;
   const char* const whole_end = source + n - n % 3;
@@ -143,9 +144,9 @@ int base64_encode(const char* source, std::int32_t n, char* destination, std::in
 }
 
 int base64_decode(const char* source, char* destination, std::int32_t* length,
-                  const char* source_end) {
+                  const char* source_end, int width) {
   if (length == nullptr) return -1;
-  decoder text(source, source_end, destination, *length);
+  decoder text(source, source_end, destination, *length, width);
   text.run();
   *length = text.written();
   return text.overflow() ? -1 : 0;

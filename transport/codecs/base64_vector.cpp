@@ -1,16 +1,14 @@
 #include "transport/codecs/base64_vector.h"
 
-#if defined(__x86_64__)
-
-#include <immintrin.h>
-
 #include <algorithm>
-#include <cstring>
+
+#include "platform/portable/vectors.h"
+
+const int base64_vector_width = vector_width();
+
+#if CFHOST_HAS_VECTORS
 
 namespace {
-
-#define CFHOST_SSSE3 [[gnu::target("ssse3")]]
-#define CFHOST_AVX2 [[gnu::target("avx2")]]
 
 CFHOST_SSSE3 inline __m128i load(const char* at) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
@@ -124,6 +122,8 @@ CFHOST_SSSE3 base64_progress encode(const char* source, std::size_t size, char* 
   return done;
 }
 
+#if CFHOST_HAS_AVX2
+
 // The same steps on two halves of sixteen bytes at once; every instruction works within its half.
 
 CFHOST_AVX2 inline __m256i both(__m128i half) { return _mm256_broadcastsi128_si256(half); }
@@ -192,44 +192,41 @@ CFHOST_AVX2 base64_progress encode_wide(const char* source, std::size_t size, ch
   return done;
 }
 
-#undef CFHOST_SSSE3
-#undef CFHOST_AVX2
+#else
+
+base64_progress decode_wide(const char*, std::size_t, char*, std::size_t) { return {}; }
+
+base64_progress encode_wide(const char*, std::size_t, char*) { return {}; }
+
+#endif
 
 // The wide registers aren't worth it for a shorter text.
 constexpr std::size_t shortest_wide = 64;
 
 }  // namespace
 
-// The baseline of the architecture lacks the byte shuffle.
-int base64_vector_width = __builtin_cpu_supports("avx2")    ? 32
-                          : __builtin_cpu_supports("ssse3") ? 16
-                                                            : 0;
-
 base64_progress base64_decode_vector(const char* source, std::size_t size, char* destination,
-                                     std::size_t room) {
-  if (base64_vector_width == 0) return {};
+                                     std::size_t room, int width) {
+  if (width == 0) return {};
   base64_progress done;
-  if (base64_vector_width == 32 && size >= shortest_wide) {
-    done = decode_wide(source, size, destination, room);
-  }
+  if (width == 32 && size >= shortest_wide) done = decode_wide(source, size, destination, room);
   return decode(source, size, destination, room, done);
 }
 
-base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination) {
-  if (base64_vector_width == 0) return {};
+base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination,
+                                     int width) {
+  if (width == 0) return {};
   base64_progress done;
-  if (base64_vector_width == 32 && size >= shortest_wide) {
-    done = encode_wide(source, size, destination);
-  }
+  if (width == 32 && size >= shortest_wide) done = encode_wide(source, size, destination);
   return encode(source, size, destination, done);
 }
 
 #else
 
-int base64_vector_width = 0;
+base64_progress base64_decode_vector(const char*, std::size_t, char*, std::size_t, int) {
+  return {};
+}
 
-base64_progress base64_decode_vector(const char*, std::size_t, char*, std::size_t) { return {}; }
-
-base64_progress base64_encode_vector(const char*, std::size_t, char*) { return {}; }
+base64_progress base64_encode_vector(const char*, std::size_t, char*, int) { return {}; }
 
 #endif
