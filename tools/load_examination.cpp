@@ -3,6 +3,7 @@
 #include <string_view>
 #include <thread>
 
+#include "host/exit_times.h"
 #include "platform/child_process.h"
 #include "platform/files.h"
 #include "platform/library_facts.h"
@@ -16,9 +17,6 @@ constexpr std::string_view child_command = "--examine-loading";
 
 // How long a host may take to start and end.
 constexpr std::chrono::milliseconds loading_timeout{5000};
-
-// The time that the host allows.
-constexpr std::chrono::milliseconds unload_timeout{400};
 
 constexpr std::chrono::milliseconds settling_time{50};
 
