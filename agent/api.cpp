@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "agent/attempt.h"
 #include "agent/coffer_file.h"
 #include "agent/delivery.h"
 #include "agent/form_reader.h"
@@ -17,18 +18,21 @@ class client final : public implements<client, iCfClient> {
  public:
   explicit client(delivery& d) : delivery_(d) {}
 
-  std::int32_t addObserver(iCfClientObs* observer) override {
-    return delivery_.start(observer) ? 0 : 1;
+  std::int32_t addObserver(iCfClientObs* observer) noexcept override {
+    return attempt([&] { return delivery_.start(observer); }) ? 0 : 1;
   }
 
-  std::int32_t post(iCfMsg* message) override {
-    std::size_t form_size = 0;
-    owned_message request = take_message(message, form_size);
-    if (request == nullptr) return 1;
-    return delivery_.post(std::move(request), form_size) ? 0 : 1;
+  std::int32_t post(iCfMsg* message) noexcept override {
+    return attempt([&] { return accept(message); }) ? 0 : 1;
   }
 
  private:
+  bool accept(iCfMsg* message) {
+    std::size_t form_size = 0;
+    owned_message request = take_message(message, form_size);
+    return request != nullptr && delivery_.post(std::move(request), form_size);
+  }
+
   delivery& delivery_;
 };
 
@@ -65,6 +69,10 @@ class agent final : public implements<agent, cfApi> {
 
 // The agent ends when the library is unloaded.
 extern "C" PLATFORM_EXPORTED cfApi* Api() {
-  static const std::unique_ptr<agent> instance = agent::make();
+  static const std::unique_ptr<agent> instance = [] {
+    std::unique_ptr<agent> made;
+    attempt([&made] { return (made = agent::make()) != nullptr; });
+    return made;
+  }();
   return instance.get();
 }

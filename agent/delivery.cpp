@@ -1,7 +1,6 @@
 #include "agent/delivery.h"
 
-#include <system_error>
-
+#include "agent/attempt.h"
 #include "messages/library/library_threads.h"
 
 namespace {
@@ -45,19 +44,19 @@ bool delivery::post(owned_message request, std::size_t form_size) {
 }
 
 bool delivery::start_thread() {
-  if (!prepare_for_threads()) return false;
-  try {
-    thread_ = std::thread([this] { run(*observer_); });
-  } catch (const std::system_error&) {
-    return false;
-  }
-  return true;
+  return prepare_for_threads() && attempt([this] {
+           thread_ = std::thread([this] { run(*observer_); });
+           return true;
+         });
 }
 
 void delivery::run(iCfClientObs& observer) {
   while (const owned_message request = next()) {
     // Both are gone before the next wait, so that secrets don't stay in memory longer than needed.
-    if (const auto object = responder_.respond(*request)) observer.notify(object.get());
+    attempt([&] {
+      const owned_message object = responder_.respond(*request);
+      return object != nullptr && observer.notify(object.get()) == 0;
+    });
   }
 }
 

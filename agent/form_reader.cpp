@@ -62,7 +62,6 @@ owned_message copy_of(iCfMsg& posted, std::size_t& form_size) {
 
 owned_message take_message(iCfMsg* posted, std::size_t& form_size) {
   if (posted == nullptr) return nullptr;
-  owned_message copy = copy_of(*posted, form_size);
-  posted->release();
-  return copy;
+  const message_ref<iCfMsg> reference(posted);
+  return copy_of(*posted, form_size);
 }

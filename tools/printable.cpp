@@ -11,6 +11,10 @@ struct character {
   bool whole = false;    // false for a byte that isn't part of valid UTF-8
 };
 
+constexpr std::uint32_t last_code = 0x10FFFF;
+
+bool is_surrogate(std::uint32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
+
 // The character at the start of a non-empty text.
 character first_character(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
@@ -27,6 +31,8 @@ character first_character(std::string_view text) {
     if ((c & 0xC0) != 0x80) return {lead};
     code = code << 6 | (c & 0x3FU);
   }
+  // A terminal that refuses the sequence may take its bytes one by one, as commands.
+  if (is_surrogate(code) || code > last_code) return {lead};
   return {code, size, true};
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -18,11 +19,16 @@ class byte_sink final : public implements<byte_sink, cfSink> {
   // Starts with `room` zero bytes before the form, which don't count towards the payload.
   explicit byte_sink(std::size_t room = 0) : room_(room), bytes_(room) {}
 
-  // False if the payload would become too long.
-  bool write_bytes(const void* bytes, std::uint64_t size) override {
+  // False if the payload would become too long, or there is no memory for it: the caller is the
+  // host, which no exception may reach.
+  bool write_bytes(const void* bytes, std::uint64_t size) noexcept override {
     if (size > largest_payload - (bytes_.size() - room_)) return false;
     const auto* const first = static_cast<const unsigned char*>(bytes);
-    bytes_.insert(bytes_.end(), first, first + size);
+    try {
+      bytes_.insert(bytes_.end(), first, first + size);
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
     return true;
   }
 

@@ -9,15 +9,6 @@
 
 using namespace std::literals;
 
-namespace {
-
-const std::string lock = request(R"({"method":"lock-coffer"})");
-
-// A notification of several frames.
-const std::string long_url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
-
-}  // namespace
-
 TEST(lifecycle, ends_with_its_input) {
   const std::string whole = lock.substr(4);
   const std::pair<std::string, std::size_t> cases[] = {

@@ -52,7 +52,7 @@ TEST(memory, of_large_requests_goes_back) {
     request_cutter cutter(large, "large", max_request_envelope);
     while (cutter.next(envelope)) host.send(make_frame(envelope));
     // When the second one has come, the first one has been handled.
-    host.send(request(R"({"method":"lock-coffer"})"));
+    host.send(lock);
     EXPECT_EQ(host.report(2 * i + 2).size(), 2 * i + 2);
     EXPECT_LT(platform::resident_memory(host.process().process_id()), 6U * 1024 * 1024);
   }

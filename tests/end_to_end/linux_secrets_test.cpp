@@ -107,7 +107,7 @@ TEST(secrets, are_in_no_dump_of_a_crash) {
   const auto folder = make_folder();
   std::filesystem::current_path(folder);
   tested_host host("post deliver data");
-  host.send(request(R"({"method":"lock-coffer"})"));
+  host.send(lock);
   EXPECT_EQ(host.replies(1).size(), 1U);
   const std::int64_t process = host.process().process_id();
   std::string filter;

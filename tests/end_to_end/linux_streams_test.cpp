@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <fstream>
+#include <random>
 #include <thread>
 
 #include "platform/linux/debug_address.h"
@@ -17,16 +18,29 @@ using namespace std::literals;
 
 namespace {
 
-// A notification of several frames.
-const std::string stuck_url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
-const std::string lock_request = request(R"({"method":"lock-coffer"})");
+// A host in a folder of its own, that the shell starts with its streams as the command says.
+struct shell_started {
+  shell_started(const std::string& script, const std::string& streams) {
+    std::filesystem::copy_file(HOST_PROGRAM, folder / HOST_NAME);
+    std::filesystem::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
+    std::ofstream(folder / "script") << script;
+    std::ofstream(folder / "input") << lock;
+    const std::string command = "cd \"$0\" && exec ./" HOST_NAME " " + streams;
+    process = platform::child_process::start("/bin/sh", {"-c", command, folder.string()}, error);
+  }
+  ~shell_started() { std::filesystem::remove_all(folder); }
+
+  const std::filesystem::path folder = make_folder();
+  std::string error;
+  std::unique_ptr<platform::child_process> process;
+};
 
 }  // namespace
 
 TEST(lifecycle, ends_in_time_while_many_threads_are_stuck) {
   for (const char* const when : {"post", "register"}) {
-    tested_host host(when + " threads 16 1000000 "s + stuck_url);
-    host.send(lock_request);
+    tested_host host(when + " threads 16 1000000 "s + long_url);
+    host.send(lock);
     ASSERT_TRUE(host.next_frame());
     std::this_thread::sleep_for(500ms);
     const auto start = std::chrono::steady_clock::now();
@@ -35,20 +49,29 @@ TEST(lifecycle, ends_in_time_while_many_threads_are_stuck) {
   }
 }
 
-// With a reader that keeps up, threads enter, send and leave while the host ends around them.
-// Running it with more ends than the default shows how rarely something is lost.
+// With a reader that pauses now and then, threads enter, send and leave while the host ends around
+// them, at any moment. Running it with more ends than the default shows how rarely something is
+// lost.
 TEST(lifecycle, ends_in_the_middle_of_notifications) {
   const char* const wanted = std::getenv("CFHOST_TEST_ENDS");
   const int ends = wanted != nullptr ? std::atoi(wanted) : 20;
   std::chrono::steady_clock::duration longest{};
   for (int round = 0; round < ends; ++round) {
-    tested_host host("quiet\nregister threads 8 2000000000 " + stuck_url + "\npost deliver data");
+    tested_host host("quiet\nregister threads 8 2000000000 " + long_url + "\npost deliver data");
     std::string last;
     host.replies(20);
-    std::thread reader([&] { last = host.replies(SIZE_MAX).back(); });
-    for (int i = 0; i < round % 10; ++i) host.send(lock_request);
+    std::thread reader([&, random = std::minstd_rand(static_cast<unsigned>(round))]() mutable {
+      while ((last = host.replies(random() % 300 + 1).back()) != "end" && last[0] == '{') {
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
+      }
+    });
+    for (int i = 0; i < round % 10; ++i) host.send(lock);
+    std::this_thread::sleep_for(std::chrono::milliseconds(round * 7 % 30));
+    host.process().close_input();
+    // The time counts from the moment when all requests have been taken.
+    host.report(static_cast<std::size_t>(round % 10));
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(host.finish(), 0);
+    EXPECT_EQ(host.process().wait(20s), 0);
     longest = std::max(longest, std::chrono::steady_clock::now() - start);
     reader.join();
     EXPECT_EQ(last, "end") << "round " << round;
@@ -58,55 +81,39 @@ TEST(lifecycle, ends_in_the_middle_of_notifications) {
 }
 
 TEST(lifecycle, goes_on_when_its_input_stops_to_wait) {
-  namespace fs = std::filesystem;
-  const fs::path folder = make_folder(), host = folder / HOST_NAME;
-  fs::copy_file(HOST_PROGRAM, host);
-  fs::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
-  std::ofstream(folder / "script") << "post deliver " << hex(u"msg::CfMsgOpenUrl\0\0?\0"s);
   int ends[2] = {};
   ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
   fcntl(ends[0], F_SETFD, 0);
-  std::string error;
-  const auto process = platform::child_process::start(
-      "/bin/sh", {"-c", "exec \"$0\" <&" + std::to_string(ends[0]), host.string()}, error);
-  ASSERT_NE(process, nullptr) << error;
+  const shell_started host("post deliver " + hex(u"msg::CfMsgOpenUrl\0\0?\0"s),
+                           "<&" + std::to_string(ends[0]));
+  ASSERT_NE(host.process, nullptr) << host.error;
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(write(ends[1], lock_request.data(), lock_request.size()), std::ssize(lock_request));
+    EXPECT_EQ(write(ends[1], lock.data(), lock.size()), std::ssize(lock));
     char reply[1000];
-    EXPECT_GT(process->read(reply, sizeof reply, 20s).value_or(0), 0u) << i;
+    EXPECT_GT(host.process->read(reply, sizeof reply, 20s).value_or(0), 0u) << i;
     // The host shares its input with this process. The next request comes after its next read.
     fcntl(ends[0], F_SETFL, O_NONBLOCK);
     std::this_thread::sleep_for(50ms);
   }
   close(ends[1]);
-  EXPECT_EQ(process->wait(20s), 0);
+  EXPECT_EQ(host.process->wait(20s), 0);
   close(ends[0]);
-  fs::remove_all(folder);
 }
 
 // Cancelling waits until a notification is through. The library may not end the thread that reads
 // requests: that ends the host at once, instead of leaving it deaf.
 TEST(lifecycle, survives_the_end_of_a_librarys_thread_and_not_that_of_its_own) {
-  tested_host host("register cancelled " + stuck_url + "\npost exit-thread");
+  tested_host host("register cancelled " + long_url + "\npost exit-thread");
   EXPECT_NE(host.replies(1), lines{"end"});
-  host.send(lock_request);
+  host.send(lock);
   EXPECT_EQ(host.process().wait(20s), 128 + SIGABRT);
   EXPECT_EQ(host.report(1).size(), 1U);
 }
 
 // A file never hangs up, and nobody reads the output.
 TEST(lifecycle, ends_with_a_file_while_its_output_is_stuck) {
-  namespace fs = std::filesystem;
-  const fs::path folder = make_folder(), host = folder / HOST_NAME;
-  fs::copy_file(HOST_PROGRAM, host);
-  fs::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
-  std::ofstream(folder / "script") << "post threads 1 1000000 " << stuck_url;
-  std::ofstream(folder / "input") << lock_request;
-  std::string error;
-  const auto process = platform::child_process::start(
-      "/bin/sh", {"-c", "exec \"$0\" <\"$1\"", host.string(), (folder / "input").string()}, error);
-  EXPECT_EQ(process->wait(20s), 0);
-  fs::remove_all(folder);
+  const shell_started host("post threads 1 1000000 " + long_url, "<input");
+  EXPECT_EQ(host.process->wait(20s), 0);
 }
 
 TEST(lifecycle, is_neither_held_up_nor_killed_by_half_a_library) {

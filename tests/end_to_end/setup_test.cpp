@@ -595,7 +595,10 @@ TEST(diagnostics, viewer_says_when_nothing_will_come) {
 }
 
 TEST(terminal, is_shown_text_and_no_commands) {
-  EXPECT_EQ(printable_line("a\tb\x1B\x7F \x9B"
-                           "c \xC2\x9B \xC3\xA9 \xE2\x80\xAE \xE2\x82\xAC \xE2\x80"),
-            "a b\\u001b\\u007f \\u009bc \\u009b \xC3\xA9 \\u202e \xE2\x82\xAC \\u00e2\\u0080");
+  EXPECT_EQ(
+      printable_line(
+          "a\tb\x1B\x7F \x9B"
+          "c \xC2\x9B \xC3\xA9 \xE2\x80\xAE \xE2\x82\xAC \xED\xA0\x9B \xF4\x90\x80\x80 \xE2\x80"),
+      "a b\\u001b\\u007f \\u009bc \\u009b \xC3\xA9 \\u202e \xE2\x82\xAC "
+      "\\u00ed\\u00a0\\u009b \\u00f4\\u0090\\u0080\\u0080 \\u00e2\\u0080");
 }

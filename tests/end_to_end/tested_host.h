@@ -25,6 +25,11 @@ std::string posted(const std::string& name, std::u16string_view form);
 // The frame of a request that fits one envelope.
 std::string request(std::string_view json);
 
+// The shortest request, and a notification of several frames.
+inline const std::string lock = request(R"({"method":"lock-coffer"})");
+inline const std::string long_url =
+    hex(u"msg::CfMsgOpenUrl" + std::u16string(2, 0) + std::u16string(1000, u'x') + u"?" + u'\0');
+
 // A new, empty folder for temporary files.
 std::filesystem::path make_folder();
 

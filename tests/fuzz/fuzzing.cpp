@@ -1,5 +1,6 @@
 #include "tests/fuzz/fuzzing.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -20,6 +21,19 @@ std::string_view take_text(std::string_view& input) {
   const std::size_t end = input.find("\n\n");
   const std::string_view text = input.substr(0, end);
   input.remove_prefix(end == input.npos ? input.size() : end + 2);
+  return text;
+}
+
+std::string unrolled(std::string_view input) {
+  std::string text;
+  while (!input.empty()) {
+    text += static_cast<char>(take_byte(input));
+    if (text.back() != repetition_mark) continue;
+    text.pop_back();
+    const std::size_t size = take_byte(input) % 16, root = take_byte(input);
+    const std::string piece = text.substr(text.size() - std::min(size, text.size()));
+    for (std::size_t i = 0; i < root * root && text.size() < longest_text; ++i) text += piece;
+  }
   return text;
 }
 

@@ -18,6 +18,13 @@ std::uint8_t take_byte(std::string_view& input);
 // Takes the next of an input's texts, which are separated by empty lines.
 std::string_view take_text(std::string_view& input);
 
+// The input with its repetitions written out, so that few bytes make a text of up to
+// `longest_text`: behind a mark, which no text holds, stand the length of the piece before it that
+// is repeated and the root of how often.
+std::string unrolled(std::string_view input);
+constexpr char repetition_mark = '\xFE';
+constexpr std::size_t longest_text = std::size_t{160} * 1024;
+
 // Decodes base64 one character at a time.
 std::string plainly_decoded(std::string_view text);
 

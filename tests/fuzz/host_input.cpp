@@ -44,23 +44,22 @@ void check_dispatch(std::string request, const platform::screen_point* cursor, b
           "a request becomes its message");
 }
 
-// Reads everything, and then what the unfinished messages have gathered, so that the next input
-// starts afresh.
-texts check_reading(std::string stream) {
+// Reads all, and then all that the messages still open have gathered: the next input starts anew.
+texts check_reading(std::string stream, const fragment_bounds& bounds) {
   open_messages open;
   std::int32_t expected_end = 0, end = 0;
-  const texts expected = plainly_read(stream, open, expected_end);
+  const texts expected = plainly_read(stream, bounds, open, expected_end);
   texts messages;
   std::FILE* const input = fmemopen(stream.data(), stream.size(), "r");
-  fragment_store store;
+  fragment_store store(bounds);
   for (std::string m; (end = read_message(m, input, store)) == read_complete;)
     messages.push_back(m);
   std::fclose(input);
   require(messages == expected && end == expected_end, "frames become these messages");
-  for (const auto& [id, piece] : open) {
+  for (const auto& [id, piece, dropped] : open) {
     std::string frame = R"({"fragment":"final","id":)" + json_quote(id) + "}", text;
     const std::string gathered = plainly_decoded(piece).c_str();
-    require(reassemble_fragment(frame.data(), text, store) == 0 && text == gathered,
+    require(reassemble_fragment(frame.data(), text, store) == (dropped ? 1 : 0) && text == gathered,
             "unfinished messages are kept");
   }
   require(store.text_size() == 0, "nothing else is kept");
@@ -90,7 +89,10 @@ std::string frames_of_lines(std::string_view lines) {
 // The input is requests separated by empty lines; after a leading zero byte it is the bytes of the
 // stream, and after a one its envelopes.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input = text_of(data, size);
+  const std::string all = unrolled(text_of(data, size));
+  const std::string_view input = all;
+  const fragment_bounds bounds =
+      size % 5 == 0 ? fragment_bounds{.text = 60, .messages = 3} : fragment_bounds();
   const std::uint8_t first = size > 0 ? *data : 0;
   const platform::screen_point place{7, -9};
   const platform::screen_point* const cursor = size % 3 == 0 ? &place : nullptr;
@@ -105,11 +107,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
       if (!request.empty() && request[0] != '\0')
         requests.emplace_back(std::string(request).c_str());
     }
-    messages = check_reading(frames);
+    messages = check_reading(frames, {});
     require(messages == requests, "requests arrive");
   } else if (size > 0) {
     const std::string_view rest = input.substr(1);
-    messages = check_reading(first == 1 ? frames_of_lines(rest) : std::string(rest));
+    messages = check_reading(first == 1 ? frames_of_lines(rest) : std::string(rest), bounds);
   }
   for (const std::string& request : messages) check_dispatch(request, cursor, size % 2 == 0);
   return 0;

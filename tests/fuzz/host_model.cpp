@@ -106,8 +106,32 @@ void put_page(CfMsgWebsite& page, const json_node& data) {
   }
 }
 
+// Keeps nothing but the id, and of `most` such ids the last ones.
+void drop(open_messages& open, open_messages::iterator message, std::size_t most) {
+  *message = {message->id, "", true};
+  std::rotate(message, message + 1, open.end());
+  const auto is_dropped = [](const open_message& m) { return m.dropped; };
+  if (static_cast<std::size_t>(std::count_if(open.begin(), open.end(), is_dropped)) > most) {
+    open.erase(std::find_if(open.begin(), open.end(), is_dropped));
+  }
+}
+
+// Drops what doesn't fit: the last message if it is too long, or else the first one.
+void keep_within(const fragment_bounds& bounds, open_messages& open) {
+  for (;;) {
+    std::size_t kept = 0, text = 0;
+    for (const open_message& m : open) kept += m.dropped ? 0 : 1, text += m.text.size();
+    if (kept <= bounds.messages && text <= bounds.text) return;
+    const bool too_long = open.back().text.size() > bounds.text;
+    const auto first =
+        std::find_if(open.begin(), open.end(), [](const auto& m) { return !m.dropped; });
+    drop(open, too_long ? open.end() - 1 : first, bounds.messages);
+  }
+}
+
 // The message that an envelope completes, or nothing.
-std::string plainly_joined(const std::string& frame, open_messages& open) {
+std::string plainly_joined(const std::string& frame, const fragment_bounds& bounds,
+                           open_messages& open) {
   const tree envelope(frame);
   const std::string id = string_of(envelope.members, "id");
   const auto is_final = [](const json_node* m) {
@@ -116,13 +140,27 @@ std::string plainly_joined(const std::string& frame, open_messages& open) {
   };
   const bool closing = std::any_of(envelope.members.begin(), envelope.members.end(), is_final);
   if (id.empty() || (!closing && integer_of(envelope.members, "fragment", -1) == -1)) return {};
-  open[id] += string_of(envelope.members, "msg");
-  return closing ? plainly_decoded(open.extract(id).mapped()).c_str() : "";
+  const std::string piece = string_of(envelope.members, "msg");
+  const auto find = [&] {
+    return std::find_if(open.begin(), open.end(), [&](const auto& m) { return m.id == id; });
+  };
+  if (find() == open.end()) {
+    if (closing) return plainly_decoded(piece).c_str();
+    open.push_back({id, ""});
+  }
+  std::rotate(find(), find() + 1, open.end());
+  if (!open.back().dropped) open.back().text += piece;
+  keep_within(bounds, open);
+  if (!closing) return {};
+  const std::string gathered = find()->text;
+  open.erase(find());
+  return plainly_decoded(gathered).c_str();
 }
 
 }  // namespace
 
-texts plainly_read(std::string_view stream, open_messages& open, std::int32_t& result) {
+texts plainly_read(std::string_view stream, const fragment_bounds& bounds, open_messages& open,
+                   std::int32_t& result) {
   texts messages;
   std::uint32_t length = 0;
   for (result = read_end; stream.size() >= sizeof length;) {
@@ -131,7 +169,7 @@ texts plainly_read(std::string_view stream, open_messages& open, std::int32_t& r
     stream.remove_prefix(sizeof length);
     const std::string frame(stream.substr(0, length));
     stream.remove_prefix(frame.size());
-    const std::string message = plainly_joined(frame.c_str(), open);
+    const std::string message = plainly_joined(frame.c_str(), bounds, open);
     if (!message.empty()) messages.push_back(message);
   }
   return messages;

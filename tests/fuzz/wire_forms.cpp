@@ -33,15 +33,15 @@ const form_kind forms[] = {
 
 // Reads a form field by field, and returns it as it is written again; or nothing.
 struct second_reading {
-  std::string left;
+  std::string_view left;
   bool ok = true;
 
   std::string take(std::size_t size) {
     ok = ok && size <= left.size();
     if (!ok) return {};
-    std::string taken = left.substr(0, size);
-    left.erase(0, size);
-    return taken;
+    const std::string_view taken = left.substr(0, size);
+    left.remove_prefix(size);
+    return std::string(taken);
   }
 
   // With its terminator.
@@ -70,7 +70,8 @@ struct second_reading {
     std::int32_t count = 0;
     size.copy(reinterpret_cast<char*>(&count), sizeof count);
     std::string bags = count > 0 ? size : word(0);
-    for (; ok && count > 0; --count) bags += take_bag();
+    std::size_t taken = 0;
+    for (; ok && count > 0; --count) ok = taken++ < max_listed_bags, bags += take_bag();
     return bags;
   }
 
@@ -111,7 +112,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const form_kind& kind = forms[choice % std::size(forms)];
   const std::string type = wide_bytes(kind.make()->name().text());
   std::string payload = choice >= 0x80 ? "" : type;
-  payload += input;
+  payload += unrolled(input);
   require(form_read(kind, payload) == second_reading{payload}.form(kind.fields, type),
           "a form is read and written, if it is whole");
   return 0;

@@ -26,7 +26,7 @@ bool wait_for_input(std::FILE*) { return false; }
 std::size_t read_ahead(std::FILE*) { return 0; }
 
 bool wait_for_output(std::FILE*, std::size_t, input_question, std::chrono::milliseconds) {
-  return !state.abandoned;
+  return true;
 }
 
 int forbid_cancellation() { return 0; }

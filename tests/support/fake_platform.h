@@ -19,7 +19,6 @@ struct system_state {
   void* library = nullptr;  // handle that loading returns; null: there is no library
   void* entry = nullptr;    // address of its one export; null: it has none
   std::function<void()> on_unload;
-  bool abandoned = false;  // nobody is left at the other end of the standard streams
 
   std::vector<std::string> lines;
   std::vector<wide_string> wide_lines;

@@ -1,38 +1,25 @@
 #include "bridge/agent_observer.h"
 
+#include <map>
 #include <set>
 
 #include "bridge/notifications.h"
-#include "messages/records.h"
-#include "tests/unit/asked_object.h"
+#include "tests/support/asked_object.h"
+#include "tests/unit/support.h"
 
 namespace {
 
-using record_map = std::map<std::string, void*>;
-
 // The texts that `notify` sends for an object.
-std::string sent_for(record_map records) {
+std::string sent_for(record_list records) {
   asked_object object;
   object.records = std::move(records);
   testing::internal::CaptureStdout();
   EXPECT_EQ(agentObserver.notify(&object), 0);
   std::string all;
-  for (const auto& reply : replies_in(testing::internal::GetCapturedStdout())) all += reply.text();
+  for (const auto& reply : replies_in(testing::internal::GetCapturedStdout())) all += reply.text;
   EXPECT_TRUE(object.references == 1 && object.calls == 3) << "one reference taken, none dropped";
   return all;
 }
-
-// A packet, at an odd address, that ends where its memory ends.
-struct packet {
-  explicit packet(const std::string& payload)
-      : bytes(std::string(84, 'x') + word(static_cast<std::uint32_t>(payload.size())) + payload) {
-    npc.packet = reinterpret_cast<const npc_packet*>(bytes.memory.get() + 1);
-  }
-  record_map records() { return {{"msg::CfMsgNpc", &npc}}; }
-
-  odd_payload bytes;
-  npc_record npc;
-};
 
 using AgentObserver = quiet_test;
 
@@ -46,13 +33,13 @@ TEST_F(AgentObserver, SendsEachNotificationOfTheTables) {
   coffer_data_record data;
   set_values_record values;
   values.has_settings = 1;
-  const std::map<std::string, record_map> cases = {
+  const std::map<std::string, record_list> cases = {
       {"coffer_info_update", page.records()},
       {"page_input_update", response.records()},
       {"navigate_login", navigate.records()},
       {"coffer-open-url", link.records()},
-      {"coffer-init-data", {{"msg::CfMsgCofferData", &data}}},
-      {"coffer-set-settings", {{"msg::CfMsgSetValues", &values}}}};
+      {"coffer-init-data", {{coffer_data_record::type_name, &data}}},
+      {"coffer-set-settings", {{set_values_record::type_name, &values}}}};
   std::set<std::string> names, covered;
   for (const packet_notification& n : packet_notifications()) names.insert(n.name);
   for (const record_notification& n : record_notifications()) names.insert(n.name);
@@ -66,8 +53,8 @@ TEST_F(AgentObserver, SendsEachNotificationOfTheTables) {
 TEST_F(AgentObserver, SendsNothingForRecordsThatHaveNothingToSay) {
   npc_record without_packet;
   set_values_record without_settings;
-  EXPECT_EQ(sent_for({{"msg::CfMsgNpc", &without_packet}}), "");
-  EXPECT_EQ(sent_for({{"msg::CfMsgSetValues", &without_settings}}), "");
+  EXPECT_EQ(sent_for({{npc_record::type_name, &without_packet}}), "");
+  EXPECT_EQ(sent_for({{set_values_record::type_name, &without_settings}}), "");
 }
 
 }  // namespace

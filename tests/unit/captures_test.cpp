@@ -12,16 +12,7 @@ TEST(captures, hide_values_and_shorten_addresses) {
       return shown(message_text(message, rules, error).value_or(error));
     };
   };
-  check(redacted({}), R"(
-{"method":"m","data":{"inputs":[{"name":"n","value":"abc","dbvalue":""}]}} => {"method":"m","data":{"inputs":[{"name":"n","value":"<hidden 3>","dbvalue":""}]}}
-{"a":{"settings":{"k":"v","l":{"m":[12,null,true]}},"k":"v"}} => {"a":{"settings":{"k":"<hidden 1>","l":{"m":["<hidden 2>",null,"<hidden 4>"]}},"k":"v"}}
-{"coffer-set-settings":{"k":"v"}} => {"coffer-set-settings":{"k":"<hidden 1>"}}
-{"Default_Settings":[{"k":"v"}],"DBVALUE":"v","cf_value":"<C3><A4>"} => {"Default_Settings":[{"k":"<hidden 1>"}],"DBVALUE":"<hidden 1>","cf_value":"<hidden 2>"}
-{"a":"b\u0000c","value":"\u0000c"} => {"a":"b","value":""}
-[{"value"},"abc"] => [{},"<hidden 3>"]
-{"source":"a/b?c","before_url":"a#b","after-url":"?","url":"x","title":"a?b#c"} => {"source":"a/b","before_url":"a","after-url":"","url":"x","title":"a?b#c"}
-{"sender":"tab?1","context":"https://u:p@h:1/q@r?s","title":"see http://h/?s"} => {"sender":"tab?1","context":"https://h:1/q@r","title":"see http://h/?s"}
-{"value":"abc" => no message: Not all objects/arrays have been properly closed)");
+  check_file(redacted({}), TABLES "/redaction.txt");
   check(redacted({false, false}), R"(
 {"value":"abc","url":"https://u@h/?q","agPid":7,"s":"\ud83d\ude00\u00e4"} => {"value":"abc","url":"https://u@h/?q","agPid":7,"s":"<F0><9F><98><80><C3><A4>"}
 [ {"a" 1,,"b":-0.5}, [[],1e99] ] => [{"a":1,"b":-0.5},[[],null]])");

@@ -3,27 +3,65 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <thread>
 
 #include "messages/commands.h"
+#include "messages/website.h"
+
+extern "C" cfApi* Api();
 
 namespace {
 
 using namespace std::literals;
 
-// Doesn't return from `notify` while it is held.
+// The allocation of the thread that fails, counted down; none once it is 0.
+thread_local int failing_allocation = 0;
+
+// Doesn't return from `notify` while it is held. While memory is short one more allocation succeeds
+// in what comes next on the thread, until all of them have.
 struct slow_observer final : implements<slow_observer, iCfClientObs> {
   std::int32_t notify(iCfMsg*) override {
     while (hold) std::this_thread::yield();
+    if (failing_allocation > 0) short_of_memory = false;
+    failing_allocation = short_of_memory ? notified + 1 : 0;
     return ++notified;
   }
-  std::atomic<bool> hold = false;
+  std::atomic<bool> hold = false, short_of_memory = false;
   std::atomic<int> notified = 0;
 };
 
 }  // namespace
+
+void* operator new(std::size_t size) {
+  const bool fails = failing_allocation > 0 && --failing_allocation == 0;
+  void* const memory = fails ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
+  return memory != nullptr ? memory : throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+// Neither the caller nor the agent's own thread is ended by it.
+TEST(Delivery, DropsWhatMemoryIsShortFor) {
+  static slow_observer observer;
+  auto* const client = static_cast<iCfClient*>(Api()->getInterface(client_interface));
+  EXPECT_EQ(client->addObserver(&observer), 0);
+  const auto page = make_message<CfMsgWebsite>();
+  page->inputs.emplace_back().set(u"type", u"password", true);
+  observer.short_of_memory = true;
+  int left = 0;
+  for (int n = 1; left == 0 || observer.short_of_memory; ++n) {
+    ASSERT_EQ(page->addRef(), 2) << "Its reference was given back.";
+    failing_allocation = n;
+    const std::int32_t result = client->post(page.get());
+    left = std::exchange(failing_allocation, 0);
+    EXPECT_EQ(result, left > 0 ? 0 : 1) << n;
+  }
+  EXPECT_GT(observer.notified, 10);
+}
 
 TEST(Delivery, MakesItsCallerWaitInsteadOfGrowing) {
   constexpr int large = 40;

@@ -29,23 +29,13 @@ struct Dispatcher : logged_test, implements<Dispatcher, iCfClient> {
     if (lines.size() > 1) posted = lines.back().substr(17 + 28);
     return posted + " " + std::to_string(result);
   }
-  void check_outcomes(std::string_view table, int line = __builtin_LINE()) {
-    check([this](const std::string& text) { return outcome(text); }, table, __FILE__, line);
-  }
   std::string posted, requests;
   std::size_t inputs = 0;
 };
 
 // The end-to-end tests have the content of the messages.
 TEST_F(Dispatcher, PostsOneMessageForEachMethod) {
-  check_outcomes(R"(
-    {"data":{},"data":{"title":"x"},"method":"get-info-for-page"} => Website 0
-    {"method":"save-info-from-page","data":{"sender":"x"}} => Website 0
-    {"method":"open-coffer"} => RunConsole 0 ;; {"method":"open-settings"} => RunConsole 0
-    {"method":"configure-coffer"} => RunConsole 0 ;; {"method":"get-settings"} => GetSettings 0
-    {"method":"lock-coffer"} => CfDbCmd 0 ;; {"method":"unlock-coffer"} => UnLockDb.1 0
-    {"method":"drop-down","data":null} => Website 0
-    {"method":"Get-Settings"} => none 0 ;; {"method":"get-settings "} => none 0)");
+  check_file([this](const std::string& text) { return outcome(text); }, TABLES "/requests.txt");
   for (const method& m : methods()) {
     const std::string member = "\"method\":\"" + std::string(m.name) + '"';
     EXPECT_NE(requests.find(member), requests.npos) << "no case for " << m.name;
@@ -53,12 +43,7 @@ TEST_F(Dispatcher, PostsOneMessageForEachMethod) {
 }
 
 TEST_F(Dispatcher, RefusesWhatIsMalformedAndShowsTheRewrittenText) {
-  check_outcomes(R"(
-    {} => no method):{} 1 ;; {"method":"lock-coffer","method":""} => no method):{"method 1
-    {"data":{},"method":"get-info-for-page"} => bad data):{"data 1
-    {"method":"get-info-for-page"} => bad data):{"method 1
-    {"method":"drop-down","data":{}} => bad data):{"method 1
-    {"method":"lock-coffer"}{} => none 1 ;; => none 1)");
+  check_file([this](const std::string& text) { return outcome(text); }, TABLES "/refusals.txt");
 }
 
 TEST_F(Dispatcher, TakesSoManyInputsAndNoMore) {

@@ -5,7 +5,8 @@
 #include "bridge/agent_observer.h"
 #include "host/exit_actions.h"
 #include "messages/loader/client_library.h"
-#include "tests/unit/asked_object.h"
+#include "tests/support/asked_object.h"
+#include "tests/unit/support.h"
 #include "transport/fragment_store.h"
 
 namespace {
@@ -56,23 +57,9 @@ void check_end() {
   std::exit(0);
 }
 
-[[noreturn]] void close_with_a_call_inside() {
-  asked_object object;
-  object.hold = true;
-  std::thread caller([&object] { agentObserver.notify(&object); });
-  while (object.calls == 0) std::this_thread::yield();
-  demand(!close_agent_observer(std::chrono::milliseconds(20)), "the wait is bounded");
-  demand(is_left_alone(), "nobody comes in any more");
-  object.hold = false;
-  demand(close_agent_observer(std::chrono::minutes(1)), "who is inside finishes");
-  caller.join();
-  std::_Exit(7);
-}
-
-// An end is final, so each test runs in a process of its own.
-TEST_F(ExitOrder, ClosesTheGateAndTheProcessObjectsGoInTheirOrder) {
+// An end is for good, so it happens in a process of its own.
+TEST_F(ExitOrder, TheProcessObjectsGoInTheirOrder) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(close_with_a_call_inside(), testing::ExitedWithCode(7), "");
   EXPECT_EXIT(exit_with_everything_in_use(), testing::ExitedWithCode(7), "");
 }
 

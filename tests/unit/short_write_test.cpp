@@ -7,38 +7,7 @@ namespace {
 
 using ShortWrite = logged_test;
 
-// A device that takes `room` bytes and then fails.
-ssize_t write_some(void* room, const char*, std::size_t size) {
-  auto& left = *static_cast<std::size_t*>(room);
-  if (size > left) return 0;
-  left -= size;
-  return static_cast<ssize_t>(size);
-}
-
-TEST_F(ShortWrite, GivesUpAReplyAtItsFirstShortWriteAndTriesTheNext) {
-  const std::string text = "Couldn't send string , abort";
-  const std::tuple<int, std::size_t, std::string> failures[] = {
-      {_IONBF, 0, "Couldn't send string length(506), abort"},
-      {_IONBF, 4, text},
-      {_IONBF, 510, "Couldn't send string length(92), abort"},
-      {_IOFBF, 0, text},
-      {_IOFBF, 510, text}};
-  for (auto [buffering, room, line] : failures) {
-    const file_pointer output(fopencookie(&room, "w", {nullptr, write_some, nullptr, nullptr}),
-                              std::fclose);
-    std::setvbuf(output.get(), nullptr, buffering, BUFSIZ);
-    fake::reset(true);
-    EXPECT_FALSE(send_reply(std::string(319, 'x'), output.get()));
-    ASSERT_EQ(fake::system().lines.size(), 3U);
-    EXPECT_EQ(fake::system().lines[0].substr(17), "Sending reply to Chrome");
-    EXPECT_EQ(fake::system().lines[1].substr(17, 4), "[xxx");
-    EXPECT_EQ(fake::system().lines[2].substr(17), line);
-    room = 2000;
-    EXPECT_TRUE(send_reply("x", output.get()));
-  }
-}
-
-// A device that fails once, when it holds `room` bytes, and then takes everything.
+// A device that falls short once, when `room` bytes are there, and then takes everything.
 struct recorder {
   std::size_t room = 0;
   std::string bytes;
@@ -52,19 +21,44 @@ ssize_t record(void* device, const char* bytes, std::size_t size) {
   return static_cast<ssize_t>(taken);
 }
 
-// What was written is whole up to the refused byte, and doesn't hold up what comes later.
+file_pointer file_on(recorder& device) {
+  return {fopencookie(&device, "w", {nullptr, record, nullptr, nullptr}), std::fclose};
+}
+
+TEST_F(ShortWrite, GivesUpAReplyAtItsFirstShortWriteAndTriesTheNext) {
+  const std::string text = "Couldn't send string , abort";
+  const std::tuple<int, std::size_t, std::string> failures[] = {
+      {_IONBF, 0, "Couldn't send string length(506), abort"},
+      {_IONBF, 4, text},
+      {_IONBF, 510, "Couldn't send string length(92), abort"},
+      {_IOFBF, 0, text},
+      {_IOFBF, 510, text}};
+  for (const auto& [buffering, room, line] : failures) {
+    recorder device{room, {}};
+    const file_pointer output = file_on(device);
+    std::setvbuf(output.get(), nullptr, buffering, BUFSIZ);
+    fake::reset(true);
+    EXPECT_FALSE(send_reply(std::string(319, 'x'), output.get()));
+    ASSERT_EQ(fake::system().lines.size(), 3U);
+    EXPECT_EQ(fake::system().lines[0].substr(17), "Sending reply to Chrome");
+    EXPECT_EQ(fake::system().lines[1].substr(17, 4), "[xxx");
+    EXPECT_EQ(fake::system().lines[2].substr(17), line);
+    EXPECT_TRUE(send_reply("x", output.get()));
+  }
+}
+
+// What was written is whole up to the refused byte; what comes later isn't held up by it.
 TEST_F(ShortWrite, GivesUpAReplyWhicheverByteIsRefused) {
   for (std::size_t room = 0; room < 4 + 506 + 4 + 92; ++room) {
     recorder device{room, {}};
-    const file_pointer output(fopencookie(&device, "w", {nullptr, record, nullptr, nullptr}),
-                              std::fclose);
+    const file_pointer output = file_on(device);
     fake::reset(false);
     EXPECT_FALSE(send_reply(std::string(319, 'x'), output.get())) << room;
     EXPECT_EQ(device.bytes.size(), room);
     EXPECT_TRUE(send_reply("later", output.get())) << room;
     const auto later = replies_in(device.bytes.substr(room));
     ASSERT_EQ(later.size(), 1U) << room;
-    EXPECT_EQ(later[0].text(), "later");
+    EXPECT_EQ(later[0].text, "later");
   }
 }
 

@@ -12,6 +12,7 @@
 #include "messages/website.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/payload.h"
+#include "tests/support/replies.h"
 #include "tests/unit/table.h"
 #include "transport/reassembly.h"
 
@@ -35,10 +36,5 @@ file_pointer file_with(std::string_view bytes);
 std::string reassemble_in(fragment_store& store, std::string envelope);
 std::string reassemble(const std::string& envelope);
 
-// The replies in the frames; checks that all are whole and in order.
-struct received_reply {
-  const std::string& text() const { return joined; }
-  std::string joined;
-  std::vector<std::size_t> sizes;  // of the envelopes since the previous reply
-};
+// The replies in frames, all of which have to be whole and in their order.
 std::vector<received_reply> replies_in(std::string_view frames);
