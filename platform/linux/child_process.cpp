@@ -185,7 +185,7 @@ int spawn(pid_t& id, const std::string& program, std::vector<std::string> argume
 
 std::unique_ptr<child_process> child_process::start(const std::string& program,
                                                     const std::vector<std::string>& arguments,
-                                                    std::string& error) {
+                                                    std::string& error, bare_scripts scripts) {
   std::signal(SIGPIPE, SIG_IGN);
   // Who ignores it, as some parents leave it to their children, is never told of an end.
   std::signal(SIGCHLD, SIG_DFL);
@@ -197,7 +197,12 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
     return nullptr;
   }
   pid_t id = -1;
-  const int failure = spawn(id, program, arguments, input.reading.get(), output.writing.get());
+  int failure = spawn(id, program, arguments, input.reading.get(), output.writing.get());
+  if (failure == ENOEXEC && scripts == bare_scripts::are_run) {
+    std::vector<std::string> of_shell = arguments;
+    of_shell.insert(of_shell.begin(), program);
+    failure = spawn(id, "/bin/sh", std::move(of_shell), input.reading.get(), output.writing.get());
+  }
   if (failure != 0) {
     error = "can't start " + program + ": " + std::strerror(failure);
     return nullptr;

@@ -1,32 +1,14 @@
 #include "tools/setup/host_examination.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include "platform/child_process.h"
 #include "platform/file_rights.h"
 #include "platform/files.h"
-#include "tools/load_examination.h"
 #include "tools/setup/commands.h"
-#include "tools/setup/live_start.h"
+#include "tools/setup/start_verdict.h"
 #include "tools/tap_settings.h"
 
 namespace {
-
-// How the host says why it can't work.
-constexpr int no_library = 1;
-constexpr int no_interface = 2;
-
-bool may_be_the_library(int exit_value) {
-  return exit_value == no_library || exit_value == no_interface ||
-         !platform::crash_of(exit_value).empty();
-}
-
-std::string milliseconds(std::chrono::microseconds duration) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.1f ms", static_cast<double>(duration.count()) / 1000);
-  return text;
-}
 
 class host_examination {
  public:
@@ -55,7 +37,10 @@ class host_examination {
                 "Run the doctor as the user who runs the browser."});
       return;
     }
-    judge(start_host(start_.path, start_.arguments));
+    // Chromium leaves a script without a first line to the shell, Firefox doesn't start it.
+    const auto scripts = start_.kind == id_form::chromium ? platform::bare_scripts::are_run
+                                                          : platform::bare_scripts::are_refused;
+    judge_start(start_, start_host(start_.path, start_.arguments, scripts), library_, out_);
   }
 
  private:
@@ -102,53 +87,6 @@ class host_examination {
                     if (platform::keep_others_from_writing(part, error)) return;
                     out.add({"", severity::fault, "fix-failed", error, {}});
                   }});
-  }
-
-  void judge(const live_start& result) {
-    if (!result.error.empty()) {
-      fault(
-          "host-not-executable", result.error,
-          "Install cfhost there again, or register the one that you have. Run: " + start_.install);
-    } else if (!result.exit_value.has_value()) {
-      fault("host-hangs", start_.path + " didn't end when its input did",
-            "Update the agent, whose library " + library_ + " may hold it up.");
-    } else if (*result.exit_value == 0) {
-      out_.add(
-          {start_.title,
-           severity::good,
-           "started",
-           start_.path + " starts and ends as it should (" + milliseconds(result.duration) + ')',
-           {}});
-    } else if (!find_fault_of_library(*result.exit_value)) {
-      judge_value(*result.exit_value);
-    }
-  }
-
-  // Loaded by itself the library tells more than the host's exit value does.
-  bool find_fault_of_library(int value) {
-    if (!may_be_the_library(value)) return false;
-    auto cause = fault_of_loading(library_, own_program("cfsetup"));
-    if (!cause.has_value()) return false;
-    cause->subject = start_.title;
-    out_.add(std::move(*cause));
-    return true;
-  }
-
-  void judge_value(int value) {
-    const std::string what = start_.path + " ended with exit value " + std::to_string(value);
-    if (value == no_library) {
-      fault("library-unloadable", what + ": it can't load " + library_,
-            "Install the agent again, for this system and processor.");
-    } else if (value == no_interface) {
-      fault("library-refuses", what + ": " + library_ + " doesn't give its interface",
-            "Update the agent; this library is too old, too new, or none of the agent's.");
-    } else if (const std::string crash = platform::crash_of(value); !crash.empty()) {
-      fault("host-crashes", start_.path + " crashed: " + crash,
-            library_ + " can be loaded. Install cfhost again, and if that doesn't help the agent.");
-    } else {
-      fault("host-fails", what + ", which cfhost never does by itself",
-            "Register the cfhost that you have. Run: " + start_.install);
-    }
   }
 
   const host_start& start_;
