@@ -64,6 +64,7 @@ function installHosts() {
   write("no-interpreter", "#!/nowhere/sh\n");
   write("no-first-line", `exec '${host}' "$@"\n`);
   write("empty", "");
+  write("quits", "#!/bin/sh\n");
 }
 
 // What the table writes as ${NAME}.
@@ -181,10 +182,13 @@ function writePolicies(name, policies) {
   return () => files.forEach(([file]) => rmSync(file, { force: true }));
 }
 
-// Has Chromium read its policies anew.
-async function reloadPolicies(page) {
-  await page.locator("#reload-policies").click();
-  await page.locator("#reload-policies:enabled").waitFor();
+// Puts policies there and has Chromium read them, which it shows on its page of policies.
+async function changePolicies(page, policies, number) {
+  const mark = `http://group-${number}/`;
+  const forget = writePolicies("chromium", { ...policies, "managed/mark.json": { NewTabPageLocation: mark } });
+  await page.evaluate(() => chrome.send("reloadPolicies"));
+  await page.getByText(mark).first().waitFor({ state: "attached" });
+  return forget;
 }
 
 // Whether Firefox has let the extension in, of which it keeps a list in its profile.
@@ -209,11 +213,8 @@ async function runStart(name, groups, tell) {
     if (isThere) place.page = await openControl(context, control);
     const policyPage = name === "chromium" ? await context.newPage() : null;
     await policyPage?.goto("chrome://policy");
-    for (const { what, policies, user = facts[name].user, rows } of groups) {
-      if (policies && policyPage) {
-        forget = writePolicies(name, policies);
-        await reloadPolicies(policyPage);
-      }
+    for (const [i, { what, policies, user = facts[name].user, rows }] of groups.entries()) {
+      if (policies && policyPage) forget = await changePolicies(policyPage, policies, i);
       for (const [row, places, only = name] of rows) {
         if (only === name) tell(what ? `${what}: ${row}` : row, await examine({ ...place, user }, places));
       }

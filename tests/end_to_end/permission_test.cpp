@@ -1,5 +1,9 @@
 // What the doctor says of browsers that policies or a sandbox keep from the host.
+#include <tuple>
+
 #include "tests/end_to_end/machine.h"
+
+namespace fs = std::filesystem;
 
 // What browsers make of each policy is asked of them in tests/browser.
 TEST_F(setup_in_root, doctor_heeds_policies) {
