@@ -204,7 +204,11 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
     failure = spawn(id, "/bin/sh", std::move(of_shell), input.reading.get(), output.writing.get());
   }
   if (failure != 0) {
-    error = "can't start " + program + ": " + std::strerror(failure);
+    // The system says of the interpreter what it says of the file.
+    const bool lacks_interpreter = failure == ENOENT && access(program.c_str(), F_OK) == 0;
+    error = "can't start " + program + ": " +
+            (lacks_interpreter ? "what its first line names isn't there, or that line ends with CR"
+                               : std::strerror(failure));
     return nullptr;
   }
   return std::make_unique<linux_child>(id, std::move(input.writing), std::move(output.reading));

@@ -49,8 +49,13 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
     if (!make_folders(parent, readers, error)) return false;
     if (make_folder(path, readers)) return true;
   }
-  if (errno == EEXIST) return true;
-  error = reason("make the folder", path);
+  if (errno != EEXIST) {
+    error = reason("make the folder", path);
+    return false;
+  }
+  // Another program may have been faster.
+  if (look_at(path).is_folder) return true;
+  error = path + " is a link that leads nowhere, or no folder: remove it first";
   return false;
 }
 

@@ -131,6 +131,7 @@ TEST_F(setup_in_root, doctor_sees_browsers_and_writers) {
   EXPECT_EQ(m.doctor(), "manifest-good started 0") << "a link to the host";
 
   fs::remove(m.host());
+  EXPECT_NE(m.run({"doctor"}).text.find(" --keep-ids --host PATH --force\n"), std::string::npos);
   const std::pair<const char*, const char*> hosts[] = {
       {"#!/bin/sh\nexec yes", "manifest-good host-hangs 1"},
       {"#!/bin/sh\nkill -SEGV $$", "manifest-good host-crashes 1"},

@@ -50,7 +50,7 @@ class browser_examination {
   // A fault that another registration puts right.
   void fault_of_registration(const char* id, std::string text) {
     const new_registration again = registration_of(host_to_keep());
-    findings_.fault(id, std::move(text), "Run: " + again.command());
+    findings_.fault(id, std::move(text), again.advice());
     again.offer(repairs_);
   }
 

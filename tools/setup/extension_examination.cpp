@@ -29,7 +29,7 @@ void examine_extensions(const browser& subject, const setup_options& options,
     findings.fault("origin-absent",
                    taken.file + " doesn't let the extension " + id + " start the host, but " +
                        enumeration(taken.ids),
-                   "Run: " + again.command());
+                   again.advice());
     again.offer(repairs);
   }
   for (const std::string& id : named.empty() ? taken.ids : named) {

@@ -13,7 +13,7 @@ constexpr std::chrono::seconds timeout{5};
 constexpr std::chrono::milliseconds read_step{10};
 
 // More than a pipe takes while nobody reads from it.
-constexpr std::size_t input_size = 80 * 1024;
+constexpr std::size_t input_size = 80'000;
 
 // Frames that hold no message, as the host leaves unread what isn't in its envelope.
 std::string idle_input() {

@@ -16,8 +16,14 @@ struct new_registration {
   std::string kept_host;                      // empty: the registration names `own_host`
   const std::string& own_host;                // the installed one
 
+  // "Run: " and the command, in which an id or a path may be left to fill in.
+  std::string advice() const;
   std::string command() const;
 
-  // Nothing is offered while no extension's id is known.
+  // Nothing is offered where something is left to fill in.
   void offer(repair_list& repairs) const;
+
+ private:
+  bool has_id() const;
+  bool has_host() const;
 };
