@@ -56,11 +56,12 @@ function installHosts() {
     chmodSync(join(hosts, `mode-${mode}`), Number.parseInt(mode, 8));
   }
   installHost(join(hosts, "bräuche hier"), build);
-  mkdirSync(join(hosts, "alone"));
+  for (const folder of ["alone", "elsewhere"]) mkdirSync(join(hosts, folder));
   cpSync(host, join(hosts, "alone/cfhost"));
   symlinkSync("cfhost", join(hosts, "link"));
   symlinkSync("nowhere", join(hosts, "dangling"));
   write("script", `#!/bin/sh\nexec '${host}' "$@"\n`);
+  write("elsewhere/script", `#!/bin/sh\nexec '${host}' "$@"\n`);
   write("no-interpreter", "#!/nowhere/sh\n");
   write("no-first-line", `exec '${host}' "$@"\n`);
   write("empty", "");

@@ -10,6 +10,15 @@
 
 namespace {
 
+constexpr std::size_t max_script_size = 1 << 16;
+
+// A script starts the host wherever that lies: only a start tells about the library there.
+bool is_script(const std::string& path) {
+  std::string text, ignored;
+  return platform::read_file(path, max_script_size, text, ignored) &&
+         text.find('\0') == std::string::npos;
+}
+
 class host_examination {
  public:
   host_examination(const host_start& start, report& out, repair_list& repairs)
@@ -19,6 +28,7 @@ class host_examination {
     const std::string host = recorded_host(start.path);
     const std::string folder = platform::folder_of(platform::started_file(host));
     library_ = platform::path_below(folder, platform::library_file_name("cfagent"));
+    may_lack_library_ = is_script(host);
     decisive_ = {start.path, library_, start.manifest};
     if (host != start.path) {
       const std::string recorder = platform::folder_of(start.path);
@@ -49,6 +59,7 @@ class host_examination {
   }
 
   bool look_at_files() {
+    const bool has_library = may_lack_library_ || platform::look_at(library_).exists;
     const platform::file_facts host = platform::look_at(start_.path);
     const bool is_there = host.exists && !host.is_folder;
     if (!is_there) {
@@ -58,11 +69,11 @@ class host_examination {
       fault(
           "host-not-executable", start_.path + " can't be run by this user",
           "Install cfhost there again, or register the one that you have. Run: " + start_.install);
-    } else if (!platform::look_at(library_).exists) {
+    } else if (!has_library) {
       fault("library-missing", "there is no " + library_,
             "Install the agent: the host ends with exit value 1 without its library.");
     }
-    return is_there && host.executable && platform::look_at(library_).exists;
+    return is_there && host.executable && has_library;
   }
 
   // True if there are others who may write what decides what is run.
@@ -93,6 +104,7 @@ class host_examination {
   report& out_;
   repair_list& repairs_;
   std::string library_;
+  bool may_lack_library_ = false;
   std::vector<std::string> decisive_;  // whoever may write one of them decides what is run
 };
 
