@@ -17,7 +17,7 @@ bool has(const std::vector<std::string>& ids, const std::string& id) {
 // Whether the browser can use it for one of the extensions; for any if none is named.
 bool is_usable(const present_manifest& present, const std::vector<std::string>& ids) {
   const auto is_let_in = [&present](const std::string& id) { return has(present.ids, id); };
-  return present.registered && present.faults.empty() &&
+  return present.registered && present.faults.empty() && !present.path.empty() &&
          (ids.empty() || std::any_of(ids.begin(), ids.end(), is_let_in));
 }
 
