@@ -39,7 +39,7 @@ class agent final : public implements<agent, cfApi> {
     auto made = std::make_unique<agent>();
     std::string problem;
     const std::string folder = platform::module_folder();
-    // Never a file of the working directory.
+    // A relative path would name a file in the working directory.
     if (folder.empty()) {
       problem = "can't find out where the library lies";
     } else if (load_coffer(folder + coffer_file_name, made->coffer_, problem)) {

@@ -33,7 +33,7 @@ bool coffer::keep_typed(wide_view address, login typed) {
   if (const login* const known = find(address); known != nullptr && typed.user.empty()) {
     typed.user = known->user;
   }
-  // What one host was told is for that host, unless its login was shared before.
+  // What was typed on one host is for that host, unless its login was shared before.
   const auto own = logins_.find(*o);
   typed.subdomains = own != logins_.end() && own->second.subdomains;
   return store(*o, typed);

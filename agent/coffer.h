@@ -12,19 +12,19 @@
 struct login {
   wide_string user;  // may be empty
   wide_string password;
-  bool subdomains = false;  // whether it is also for the hosts below its own
+  bool subdomains = false;  // also for the hosts below its own
 };
 
-// What pages submit is kept for as long as the process lives, so it is limited.
+// What pages submit is kept until the process ends, so it is limited.
 constexpr std::size_t most_logins = 1000;
 constexpr std::size_t longest_login_text = 1024;  // UTF-16 units
 
 class coffer {
  public:
-  // What differs from the defaults.
+  // The settings that differ from the defaults.
   CfSettings settings;
 
-  // Whether to tell on standard error what becomes of each input of a page.
+  // Whether to report on standard error what becomes of each input of a page.
   bool explain = false;
 
   bool locked() const { return locked_; }
@@ -32,18 +32,19 @@ class coffer {
   void unlock() { locked_ = false; }
 
   // The login for the address: that of its own origin, or of the nearest host above it that shares
-  // its login with subdomains. Null if there is none, and for every address while locked.
+  // its login with subdomains. Null if there is none, and for every address while the coffer is
+  // locked.
   const login* find(wide_view address) const;
 
   // True if there is a login of exactly this origin.
   bool has(const origin& o) const { return logins_.contains(o); }
 
-  // Makes `entry` the one login of the origin. False, with nothing changed, while locked, for a
-  // login without a password, and beyond the limits.
+  // Makes `entry` the one login of the origin. False, with nothing changed, while the coffer is
+  // locked, for a login without a password, and beyond the limits.
   bool store(const origin& o, const login& entry);
 
-  // Keeps what was typed into a page. Without a user name it is a new password for the user that
-  // the page's login has. False also for an address without an origin.
+  // Keeps what was typed into a page. Without a user name it is a new password for the user of the
+  // page's login. Also false for an address without an origin.
   bool keep_typed(wide_view address, login typed);
 
  private:

@@ -19,7 +19,7 @@ wide_string wide(const json_node& node) {
   return text;
 }
 
-// Reads one text. Each step returns false after it has noted what is wrong, and where.
+// Reads one text. Each step returns false after noting what is wrong, and where.
 class coffer_reader {
  public:
   coffer_reader(std::string_view text, coffer& target)
@@ -141,8 +141,8 @@ class coffer_reader {
     return fail(place_of(member), "unknown member; known are " + std::string(known));
   }
 
-  // Some place in the text that belongs to the node, or to the nearest one around it: names and
-  // texts lie where they were parsed, of other values nothing is left.
+  // A position in the text that belongs to the node, or else to the nearest node around it. Names
+  // and texts lie where they were parsed; nothing is left of other values.
   const char* place_of(const json_node& node) const {
     for (const json_node* n = &node; n != nullptr; n = n->parent) {
       if (n->name != nullptr) return n->name;
@@ -152,7 +152,7 @@ class coffer_reader {
     return parsed_.data();
   }
 
-  // Counts in the original: decoding may have put line ends into the parsed text.
+  // Counts in the original: decoding may have put line breaks into the parsed text.
   bool fail(const char* place, std::string_view what) {
     const std::string_view before =
         original_.substr(0, static_cast<std::size_t>(place - parsed_.data()));
@@ -172,7 +172,7 @@ class coffer_reader {
   std::string problem_;
 };
 
-// Whoever tries the agent wants to see logins filled, unless the file says otherwise.
+// People who try the agent want to see logins filled, unless the file says otherwise.
 void let_fill(coffer& target) {
   target.settings.set(u"pwdman.enabled", u"true");
   target.settings.set(u"pwdman.autofillEnabled", u"true");
@@ -194,7 +194,7 @@ bool load_coffer(const std::string& path, coffer& target, std::string& problem) 
   if (!platform::read_file(path, largest_file, text, problem)) return false;
   coffer_reader reader(text, target);
   if (reader.read()) return true;
-  // The place follows the file's name at once, as compilers write it.
+  // The position follows the file's name directly, as in compiler messages.
   problem = path + ':' + reader.problem();
   return false;
 }

@@ -6,8 +6,8 @@
 
 namespace {
 
-// What may be queued, in bytes of the requests' forms, and what each takes besides. A request that
-// is larger waits alone.
+// What may be queued, in bytes of the requests' forms, and what each request costs besides. A
+// larger request is queued only by itself.
 constexpr std::size_t most_queued = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t request_cost = 4096;
 
@@ -56,7 +56,7 @@ bool delivery::start_thread() {
 
 void delivery::run(iCfClientObs& observer) {
   while (const owned_message request = next()) {
-    // Neither lives through the wait, so that no secret lies in memory longer than it is needed.
+    // Both are gone before the next wait, so that secrets don't stay in memory longer than needed.
     if (const auto object = responder_.respond(*request)) observer.notify(object.get());
   }
 }
@@ -69,6 +69,6 @@ owned_message delivery::next() {
   queued_request request = std::move(requests_.front());
   requests_.pop_front();
   queued_cost_ -= request.cost;
-  changed_.notify_one();  // the caller of post may wait for room
+  changed_.notify_one();  // the caller of post may be waiting for room
   return std::move(request.message);
 }

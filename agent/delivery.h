@@ -11,30 +11,30 @@
 #include "messages/agent_interface.h"
 #include "platform/checked_mutex.h"
 
-// Takes requests and works on them one by one, in the order in which they came, so that each sees
-// what the ones before it have done. The thread comes with the first request, since many a browser
-// ends without one.
+// Takes requests and handles them one by one in order of arrival, so that each sees what earlier
+// ones have done. The thread starts with the first request, since many browser sessions end without
+// one.
 //
-// All its functions are the host's main thread's.
+// All its functions are for the host's main thread.
 //
 // Nothing is dropped, since a lost request might be the one that locks the coffer. While the
-// observer is stuck or slower than the caller, what is posted is kept, up to a limit; then the
-// caller waits, and with it, in the end, whoever writes to the host.
+// observer is stuck or slower than the caller, posted requests are kept, up to a limit; then the
+// caller waits, and in the end so does whoever writes to the host.
 class delivery {
  public:
-  // `r` is the thread's alone once it has been started.
+  // Once the thread has started, it alone uses `r`.
   explicit delivery(responder& r) : responder_(r) {}
 
-  // Waits for a `notify` that is under way; drops what hasn't been worked on.
+  // Waits for a `notify` in progress; drops requests that haven't been handled.
   ~delivery();
   delivery(const delivery&) = delete;
   delivery& operator=(const delivery&) = delete;
 
-  // Greets the observer, and serves it from then on. False if there is an observer already or
+  // Greets the observer, and notifies it from then on. False if there is an observer already or
   // `observer` is null.
   bool start(iCfClientObs* observer);
 
-  // Queues a request whose form has so many bytes. False without an observer, or if the system
+  // Queues a request whose form has `form_size` bytes. False without an observer, or if the system
   // refuses the thread.
   bool post(owned_message request, std::size_t form_size);
 

@@ -18,7 +18,7 @@ bool is_one_of(wide_view text, std::initializer_list<wide_view> list) {
   return std::any_of(list.begin(), list.end(), [text](wide_view one) { return equals(text, one); });
 }
 
-// Of something that the account is to have only after this page.
+// For something that the account will have only after this page.
 constexpr meanings means_to_be = means_new | means_repeated;
 
 field_kind password_kind(meanings m) {
@@ -30,7 +30,7 @@ field_kind password_kind(meanings m) {
   return field_kind::password;
 }
 
-// From the sort of word that leaves no doubt to the one that leaves the most.
+// From the words that leave the least doubt to those that leave the most.
 field_kind text_kind(meanings m) {
   const bool is_new = (m & means_to_be) != 0;
   if (m & means_search) return field_kind::search;
@@ -48,7 +48,7 @@ field_kind text_kind(meanings m) {
   return is_new ? field_kind::detail : field_kind::other;
 }
 
-// What the type alone tells, where words tell nothing.
+// What the type alone says, for inputs whose words say nothing.
 field_kind kind_by_type(wide_view type) {
   if (equals(type, u"tel")) return field_kind::phone;
   if (equals(type, u"search")) return field_kind::search;
@@ -56,7 +56,7 @@ field_kind kind_by_type(wide_view type) {
   return field_kind::other;
 }
 
-// A name that says next to nothing: "f1", "login", "password", "code".
+// A name that says almost nothing: "f1", "login", "password", "code".
 bool is_vague(field_kind kind, meanings name) {
   return kind == field_kind::other || kind == field_kind::account || kind == field_kind::password ||
          (kind == field_kind::code && !(name & means_one_time));
@@ -66,7 +66,7 @@ bool tells_more(field_kind label) {
   return label != field_kind::other && label != field_kind::password;
 }
 
-// The code's names are more to the point than the label, so that counts where they are vague.
+// Names in the code are more precise than the label, which counts only where they are vague.
 template <class Kind>
 field_kind kind_by_words(meanings name, meanings label, Kind kind_of) {
   const field_kind by_name = kind_of(name);
@@ -79,7 +79,7 @@ bool is_readonly(const propsW_t& input) {
   return !text.empty() && !equals(text, u"false") && text != u"0";
 }
 
-// What a page says outright counts more than words; but they may say that it is yet to be.
+// What a page says outright counts more than words, but these may add that the value is a new one.
 field_kind kind_of(wide_view type, meanings purpose, meanings name, meanings label) {
   if (equals(type, u"password")) {
     return purpose != 0 ? password_kind(purpose) : kind_by_words(name, label, password_kind);

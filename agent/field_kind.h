@@ -11,12 +11,12 @@ enum class field_kind {
   email,
   phone,
   account,           // likely a user name
-  new_user,          // a user name or address for an account to be
+  new_user,          // a user name or address for a new account
   password,          // of an input of type "password", like the next three
-  current_password,  // explicitly that of an account there is
+  current_password,  // explicitly that of an existing account
   new_password,
   repeated_password,
-  shown_password,  // in an input whose text can be read
+  shown_password,  // in an input that shows its text
   code,
   card,
   search,
@@ -26,7 +26,7 @@ enum class field_kind {
 
 struct field {
   field_kind kind;
-  meanings hints;  // what its name and id say of the form
+  meanings hints;  // what its name and id say about the form
   bool editable;
 };
 

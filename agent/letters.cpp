@@ -12,8 +12,8 @@ bool is_between(wide_char c, wide_char first, wide_char last) { return c >= firs
 
 wide_char moved(wide_char c, int by) { return static_cast<wide_char>(c + by); }
 
-// In these blocks capital and small letters take turns, and the capital has the even or the odd
-// number.
+// In these blocks capital and small letters alternate. Whether the capital has the even or the odd
+// number depends on the block.
 bool is_even_capital(wide_char c) {
   const bool block = is_between(c, 0x100, 0x137) || is_between(c, 0x14A, 0x177);
   return block && c % 2 == 0 && c != 0x130;

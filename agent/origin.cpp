@@ -32,7 +32,7 @@ address_parts split(wide_view address) {
     address.remove_prefix(scheme + scheme_end.size());
   }
   address = address.substr(0, address.find_first_of(u"/\\?#"));
-  // What stands before an '@' is a user. Adding 1 turns "not found" into 0.
+  // Everything before an '@' is a user. Adding 1 turns "not found" into 0.
   address.remove_prefix(address.rfind(u'@') + 1);
   // An address in brackets has colons of its own.
   const std::size_t colon = address.find(u':', address.find(u']') + 1);
@@ -41,7 +41,7 @@ address_parts split(wide_view address) {
   return parts;
 }
 
-// The full stops that input methods for Chinese and Japanese write are dots, too (RFC 3490).
+// The full stops of Chinese and Japanese input methods are dots too (RFC 3490).
 bool is_dot(wide_char c) { return c == u'.' || c == 0x3002 || c == 0xFF0E || c == 0xFF61; }
 
 bool may_be_in_host(wide_char c) {
@@ -54,7 +54,7 @@ bool is_bracketed(wide_view host) {
          host.find_first_not_of(u"0123456789abcdef:.", 1) == host.size() - 1;
 }
 
-// Empty if that can't be a host.
+// Empty if it can't be a host.
 std::string ascii_host(wide_view written) {
   const wide_string host = in_small_letters(written.substr(0, longest_host + 1));
   if (is_bracketed(host)) return {host.begin(), host.end()};
@@ -66,12 +66,12 @@ std::string ascii_host(wide_view written) {
     if (end == host.end()) break;
     ascii += '.';
     start = end + 1;
-    if (start == host.end()) break;  // a dot behind the last label is a part of the name
+    if (start == host.end()) break;  // a dot after the last label is part of the name
   }
   return ascii.size() <= longest_host ? ascii : std::string();
 }
 
-// `fallback` where none is written, nothing if it isn't one.
+// `fallback` if no port is written; nothing if it isn't a port.
 std::optional<std::uint16_t> port_of(wide_view digits, std::uint16_t fallback) {
   if (digits.empty()) return fallback;
   std::uint32_t port = 0;

@@ -1,4 +1,4 @@
-// To whom a page belongs: scheme, host and port of its address, as browsers compare them.
+// The origin of a page: scheme, host and port of its address, as browsers compare them.
 #pragma once
 
 #include <cstdint>
@@ -8,13 +8,13 @@
 
 #include "platform/wide.h"
 
-// The port of a site on this machine that names none: a development server has another one each
-// day.
+// The port of a site on this machine that names none: a development server uses a different one
+// every day.
 constexpr std::uint16_t any_port = 0;
 
 struct origin {
   std::string scheme;  // "http" or "https"
-  std::string host;    // small letters, names beyond ASCII in Punycode
+  std::string host;    // lower case, names beyond ASCII in Punycode
   std::uint16_t port;
 
   bool operator<(const origin& other) const {
@@ -22,13 +22,13 @@ struct origin {
   }
 };
 
-// The origin of a page's address. Nothing for another scheme, a host that can't be one, or a port
-// beyond 65535.
+// The origin of a page's address. Nothing for other schemes, an impossible host, or a port beyond
+// 65535.
 std::optional<origin> origin_of(wide_view address);
 
 // The origin of a site as a person writes it. An address counts as it stands. Without a scheme it
-// is "https"; but "http" on this machine ("localhost", names below it, 127.0.0.1 and [::1]), and
-// there on any port if the site has none.
+// is "https", except on this machine ("localhost", names below it, 127.0.0.1 and [::1]): there it
+// is "http", and without a port it stands for any port.
 std::optional<origin> origin_of_site(wide_view site);
 
 // "https://example.com:443", for people to read.

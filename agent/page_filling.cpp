@@ -26,7 +26,7 @@ std::optional<position> pointed_input(const CfMsgWebsite& page) {
   return by_id ? by_id : only_input(page, u"name", name);
 }
 
-// What of a login an input may have if the user wants it there.
+// The part of a login that an input may get if the user asks for it there.
 filling part_for(field_kind kind) {
   const bool is_current = kind == field_kind::password || kind == field_kind::current_password;
   if (is_current) return filling::password;
@@ -38,7 +38,8 @@ void fill_form(const page_form& form, std::vector<filling>& fillings) {
   if (form.password) fillings[*form.password] = filling::password;
 }
 
-// The user knows the one input; of the others of its form only those that don't contradict.
+// The user knows about the one input; of the other inputs in its form only those that fit are
+// filled.
 void fill_around(position pointed, const page_reading& reading, std::vector<filling>& fillings) {
   const filling part = part_for(reading.fields[pointed].kind);
   if (part == filling::none) return;
@@ -57,7 +58,7 @@ void set_input(propsW_t& input, const wide_char* schema, const wide_string& valu
   input.set(u"cf-value", value.c_str(), true);
 }
 
-// What an earlier answer said of the input no longer counts.
+// What an earlier answer said about the input no longer counts.
 void forget_answer(propsW_t& input) {
   input.set(u"cf-schema", u"", true);
   input.set(u"cf-value", u"", true);

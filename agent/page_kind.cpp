@@ -13,7 +13,7 @@ class form_classifier {
     meanings of_fields = 0;
     for (const position input : form.inputs) of_fields |= fields[input].hints;
     form.says_login = own == means_login || (own == 0 && (of_fields & means_login) != 0);
-    // Names like "login" are given to the user's field of a sign-up, too, so they count least.
+    // The user's field of a sign-up may have a name like "login" too, so that counts least.
     for (const meanings hint : {own, of_fields & means_sign_up, of_page, of_fields & means_login}) {
       if (hint_ == 0) hint_ = hint;
     }
@@ -51,8 +51,8 @@ class form_classifier {
 
   bool is_login_hint() const { return hint_ == 0 || hint_ == means_login; }
 
-  // The first step of a login asks for the user alone. An address alone may as well be for a
-  // newsletter, so that needs a hint.
+  // The first step of a login asks for the user alone. An e-mail address alone may just as well be
+  // for a newsletter, so it needs a hint.
   page_kind kind_without_password() const {
     using enum field_kind;
     if (count({card}) > 0) return page_kind::checkout;
@@ -70,7 +70,7 @@ class form_classifier {
     if (count({card}) > 0 || hint_ == means_checkout) return page_kind::checkout;
     if (passwords_.size() == 1) return kind_with_one_password();
     const std::size_t chosen = count({new_password, repeated_password});
-    // Where nothing names the current one it comes first, before two others.
+    // If nothing says which password is the current one, it is the first of three.
     const bool is_change = hint_ == means_change || count({current_password}) == 1 ||
                            (chosen == 2 && passwords_.size() == 3);
     if (!is_change) return chosen > 0 ? page_kind::sign_up : page_kind::unsure;
@@ -100,7 +100,7 @@ class form_classifier {
     return kind;
   }
 
-  // The password is also asked for where a new address is given, or the account removed.
+  // The current password is also asked for when people enter a new address or remove the account.
   page_kind kind_around_current() const {
     using enum field_kind;
     const bool names_user = count({user_name, email}) > 0;
@@ -113,19 +113,19 @@ class form_classifier {
   page_kind kind_around_password() const {
     using enum field_kind;
     if (!is_login_hint()) {
-      // The one password of a change may be the old one as well as the new one.
+      // The only password of a change may be the old one or the new one.
       return hint_ == means_sign_up ? page_kind::sign_up : page_kind::unsure;
     }
     const bool sure = hint_ == means_login;
     const std::size_t details = count({detail, new_user});
     if (details > (sure ? 1U : 0U)) return page_kind::sign_up;
-    // A login asks for one name of the user.
+    // A login asks for one name of the user only.
     const bool is_long = count({user_name, email}) > 1 || count({other, phone}) > 2;
     if (!sure && is_long) return page_kind::unsure;
     return page_kind::login;
   }
 
-  // The one ahead of the password that fits best; of several the one next to it.
+  // The best match before the password; of several equally good ones, the nearest.
   std::optional<position> find_user() const {
     std::optional<position> best;
     for (const position input : form_.inputs) {

@@ -1,4 +1,4 @@
-// What kind of form the inputs of a page make, and which of them are a login's.
+// What kind of form the inputs of a page make, and which of them belong to a login.
 #pragma once
 
 #include <cstddef>
@@ -15,21 +15,21 @@ const char* text_of(page_kind kind);
 // Inputs are known by their position in the page.
 using position = std::size_t;
 
-// The inputs that say that they are of one form; those that say nothing are another one. A page may
-// hold several kinds of forms, so each has its own.
+// The inputs that name the same form; those that name none make up another. A page may hold several
+// kinds of forms, so each has its own.
 struct page_form {
   page_kind kind = page_kind::unsure;
-  bool says_login = false;  // by a name of its own, not just the page's
+  bool says_login = false;  // by its own name, not just the page's
   std::vector<position> inputs;
-  // Of a login, and of what may be one; the password also of a change, the current one.
+  // Set for a login and for what may be one; `password` also for a change: the current one.
   std::optional<position> user;
   std::optional<position> password;
 };
 
-// Finds out everything of a form but its inputs. A hint is what a text says that the form is for, 0
-// where it says nothing: `own_hint` the form's name, `page_hint` the texts of the page.
+// Fills in everything about a form but its inputs. A hint is what a text says the form is for, 0 if
+// it says nothing: `own_hint` from the form's name, `page_hint` from the texts of the page.
 void classify(page_form& form, const std::vector<field>& fields, meanings own_hint,
               meanings page_hint);
 
-// How well an input fits a login's user: 0 if not at all.
+// How well an input fits the user of a login: 0 if not at all.
 int fitness_for_user(field_kind kind);

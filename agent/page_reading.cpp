@@ -5,14 +5,14 @@
 
 namespace {
 
-// What a text says of its form, if it says one thing: "Log in or sign up" says nothing.
+// What a text says about its form, if it says only one thing: "Log in or sign up" says nothing.
 meanings clear_hint(meanings hints) {
   constexpr meanings all = ~(means_login - 1U);
   hints &= all;
   return (hints & (hints - 1)) == 0 ? hints : 0;
 }
 
-// The path of an address, without its query, which often names the page to go on to.
+// The path of an address without its query, which often names the page to go to next.
 wide_view path_of(wide_view address) {
   const std::size_t scheme = address.find(u"://");
   if (scheme == wide_view::npos) return {};
@@ -38,8 +38,8 @@ std::vector<field> fields_of(const CfMsgWebsite& page) {
   return fields;
 }
 
-// With the fields of all forms known, what was a login by itself may be in doubt: one among
-// several of which nothing says that it is one, or a user without a password beside a whole login.
+// A form that is a login by itself may be in doubt beside the others: one of several logins with
+// nothing that says it is one, or a user without a password beside a complete login.
 void doubt_logins(std::vector<page_form>& forms) {
   const auto is_login = [](const page_form& form) { return form.kind == page_kind::login; };
   const auto is_whole = [&](const page_form& f) { return is_login(f) && f.user && f.password; };

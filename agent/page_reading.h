@@ -4,8 +4,8 @@
 #include "agent/page_kind.h"
 #include "messages/website.h"
 
-// Inputs beyond these stay as they are: to read one takes time, and no page that people use has
-// more.
+// Inputs beyond this number are left alone: each takes time to read, and no page that people use
+// has more.
 constexpr std::size_t most_read_inputs = 4096;
 
 struct page_reading {

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Below these, and below names of one label, names are given out to anybody.
+// Below these, and below names of one label, anybody can get a name.
 constexpr std::array public_suffixes = {
     "ac.jp",         "ac.uk",     "appspot.com", "azurewebsites.net",
     "blogspot.com",  "co.at",     "co.id",       "co.il",

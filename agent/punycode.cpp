@@ -5,7 +5,7 @@
 
 namespace {
 
-// The parameters that RFC 3492 chose, under its names.
+// The parameters that RFC 3492 chose, with its names.
 constexpr std::uint32_t base = 36;
 constexpr std::uint32_t tmin = 1;
 constexpr std::uint32_t tmax = 26;
@@ -43,7 +43,7 @@ std::uint32_t adapt(std::uint32_t delta, std::uint32_t points, bool first) {
   return k + (base - tmin + 1) * delta / (delta + skew);
 }
 
-// A number in digits of changing weight, the least one first.
+// A number in digits of varying weight, the least significant first.
 void append_number(std::string& out, std::uint32_t number, std::uint32_t bias) {
   for (std::uint32_t k = base;; k += base) {
     const std::uint32_t t = k <= bias ? tmin : std::min(k - bias, tmax);
@@ -62,7 +62,7 @@ char32_t least_from(const std::u32string& characters, char32_t from) {
   return least;
 }
 
-// Nothing here overflows: at most 64 times 0x110000 stays below 2^32.
+// Nothing here overflows: 64 times 0x110000 is still below 2^32.
 std::string encoded(const std::u32string& characters) {
   std::string out;
   for (const char32_t c : characters) {

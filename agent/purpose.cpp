@@ -7,7 +7,7 @@
 
 namespace {
 
-// The longest that a page needs: a section, an address's sort, a phone's sort, a purpose, a remark.
+// The longest that a page needs: section, address type, phone type, purpose and remark.
 constexpr std::size_t longest_attribute = 120;
 
 struct purpose {
@@ -15,7 +15,7 @@ struct purpose {
   meanings means;
 };
 
-// Of the HTML standard. Those that aren't here are details of a person or an order.
+// From the HTML standard. Purposes that aren't listed are details of a person or an order.
 constexpr purpose purposes[] = {
     {u"username", means_user_name},
     {u"email", means_email},
@@ -47,7 +47,7 @@ wide_view last_word(wide_view text) {
   return text.substr(text.rfind(u' ') + 1);
 }
 
-// The purpose stands last, but for the remark that a passkey is welcome, too.
+// The purpose stands last, except for a remark that a passkey is welcome too.
 meanings meanings_of_attribute(wide_view attribute) {
   wide_string small(attribute.substr(0, longest_attribute));
   std::transform(small.begin(), small.end(), small.begin(), small_letter);

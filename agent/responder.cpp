@@ -5,7 +5,7 @@
 
 namespace {
 
-// What this agent reports in its state, where the host gives the numbers no meaning.
+// What this agent reports as its state; the host gives the numbers no meaning.
 enum agent_status : std::int32_t { agent_running = 1 };
 enum db_status : std::int32_t { db_locked = 0, db_unlocked = 1 };
 
@@ -16,7 +16,7 @@ Message* as(iCfMsg& message) {
   return static_cast<Message*>(message.query(Message::type_name));
 }
 
-// Null for a code that no request of the host has.
+// Null for a code that none of the host's requests has.
 const wide_char* console_address(std::uint32_t code) {
   switch (code) {
     case console_open:
@@ -30,7 +30,7 @@ const wide_char* console_address(std::uint32_t code) {
   }
 }
 
-// Distinct for each console of the process, and the same in every run.
+// Different for each console of a process, but the same in every run.
 wide_string console_id(std::uint32_t number) {
   wide_string id = u"console-";
   for (const char digit : std::to_string(number)) id.push_back(static_cast<wide_char>(digit));
@@ -74,8 +74,9 @@ owned_message responder::settings() const {
   return values;
 }
 
-// A drop-down is one whatever else the page says; then a page that wants to go to a login; any
-// other page may have been submitted. All are answered with the page as the coffer fills it.
+// A drop-down is answered as one whatever else the page says; then come pages that want to go to a
+// login; any other page may have been submitted. The answer is always the page as the coffer fills
+// it.
 owned_message responder::answer_page(CfMsgWebsite& page) {
   const cfName* outer = nullptr;
   if (wide_view(page.props.get(u"user-state", u"")) == u"drop-down") {

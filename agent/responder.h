@@ -1,4 +1,4 @@
-// Which request leads to which notification. Used by one thread.
+// Decides which notification answers which request. Used by one thread.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ class responder {
   // The object for the first `notify`: the coffer's state.
   owned_message greet();
 
-  // Does what the request asks for and gives the object to notify of. Null if there is nothing to
-  // say.
+  // Does what the request asks for and returns the object to notify with. Null if there is nothing
+  // to say.
   owned_message respond(iCfMsg& request);
 
  private:

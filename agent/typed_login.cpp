@@ -6,7 +6,7 @@
 
 namespace {
 
-// The inputs of the first form in which a password was typed: those that aren't empty.
+// The filled-in inputs of the first form in which a password was typed.
 class typed_form {
  public:
   typed_form(const CfMsgWebsite& page, const page_reading& reading)
@@ -28,7 +28,7 @@ class typed_form {
     return found;
   }
 
-  // The one ahead of the password that fits best; of several the one next to it.
+  // The best match before the password; of several equally good ones, the nearest.
   std::optional<position> user(position password) const {
     std::optional<position> best;
     for (const position i : form_->inputs) {
@@ -44,13 +44,13 @@ class typed_form {
 
   bool has_value(position i) const { return !value_of(page_.inputs[i], u"value").empty(); }
 
-  // A repetition says nothing more, unless the first one was that of the account so far.
+  // A repetition adds nothing, unless the first one was the account's current password.
   bool is_newer(position later, position earlier) const {
     if (kind_at(earlier) == field_kind::new_password) return false;
     return kind_at(later) == field_kind::new_password || form_->password == earlier;
   }
 
-  // On sign-up a user name is chosen in an input where a login would put none.
+  // When signing up, people choose a user name in inputs that a login wouldn't fill.
   int fitness(position i) const {
     const field_kind kind = kind_at(i);
     return fitness_for_user(kind == field_kind::new_user ? field_kind::user_name : kind);

@@ -1,4 +1,4 @@
-// What a page tells of a login when it is submitted.
+// Finds the login in a page that is submitted.
 #pragma once
 
 #include <optional>
@@ -6,11 +6,10 @@
 #include "agent/coffer.h"
 #include "messages/website.h"
 
-// True for a page that was just submitted: it names what submitted it ("submit-source"), or the
-// event that it reports ("source-event") is "submit". The request's method doesn't travel with the
-// page.
+// True for a page that was just submitted: it names what submitted it ("submit-source"), or it
+// reports the event "submit" ("source-event"). The request's method doesn't come with the page.
 bool is_submitted(const CfMsgWebsite& page);
 
-// The login that was typed into the page: of a sign-up or a change the new password. Without a user
-// if none was typed; nothing if no password was.
+// The login that was typed into the page; when signing up or changing a password, with the new one.
+// Without a user if none was typed; nothing if no password was.
 std::optional<login> typed_login(const CfMsgWebsite& page);

@@ -5,9 +5,9 @@
 
 #include "agent/words.h"
 
-// Words are separated by blanks, and stand without accents, blanks and signs of their own, as texts
-// are compared: "e-mail" and "E Mail" are "email". A '_' demands that the text's word begins or
-// ends there, which short words need.
+// Words are separated by blanks and written without accents, blanks and punctuation of their own,
+// as texts are compared: "e-mail" and "E Mail" are "email". A '_' means that the word must begin or
+// end there in the text too, which short words need.
 struct word_list {
   meaning means;
   wide_view words;

@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t longest_searched = 120;
 
-// A text without what separates its words, and where they begin.
+// A text without its word separators, and where its words begin.
 struct searched_text {
   wide_string letters;
-  std::vector<bool> begins;  // for each letter, and true behind the last one
+  std::vector<bool> begins;  // for each letter, and true after the last one
 };
 
 enum class letter_class { separator, digit, small, capital, ideograph };
@@ -26,7 +26,7 @@ letter_class class_of(wide_char c) {
   return is_letter ? letter_class::small : letter_class::separator;
 }
 
-// In "userName" and "e1" the words touch. Scripts without blanks have words begin anywhere.
+// In "userName" and "e1" words touch. In scripts without blanks a word may begin anywhere.
 bool begins_word(letter_class before, letter_class now) {
   if (now == letter_class::ideograph || before == letter_class::ideograph) return true;
   return before != now && !(before == letter_class::capital && now == letter_class::small);
@@ -47,7 +47,8 @@ searched_text searched(wide_view text) {
   return result;
 }
 
-// A set of letters, some of which share a bit: what isn't a subset of it isn't in the text either.
+// The letters as bits, some of which stand for several letters. A word whose bits aren't all in the
+// text isn't in the text either.
 std::uint64_t letter_set(wide_view text) {
   std::uint64_t set = 0;
   for (const wide_char c : text) set |= std::uint64_t{1} << (c % 64);

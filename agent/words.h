@@ -16,8 +16,8 @@ enum meaning : std::uint32_t {
   means_current = 1U << 5,
   means_new = 1U << 6,
   means_repeated = 1U << 7,
-  means_one_time = 1U << 8,  // a code that is good once, or the solution of a riddle
-  means_code = 1U << 9,      // a code of whatever sort
+  means_one_time = 1U << 8,  // a code that is good once, or the solution of a captcha
+  means_code = 1U << 9,      // any sort of code
   means_card = 1U << 10,     // payment: card and bank account
   means_search = 1U << 11,
   means_detail = 1U << 12,  // of a person, an address or an order
@@ -31,10 +31,10 @@ enum meaning : std::uint32_t {
 };
 using meanings = std::uint32_t;
 
-// What a name or id in the page's code means. Words are found anywhere in it, since authors put
-// prefixes in front; of a long one the end counts.
+// What a name or id in the page's code means. Words are found anywhere in it, since authors add
+// prefixes; only the end of a long name is searched.
 meanings meanings_of_name(wide_view name);
 
-// What a text for people means: a label, a title. Here a word begins where one begins in the text,
-// so that "blog in" is no "login". Of a long text the beginning counts.
+// What a text for people means: a label, a title. Words are found only where one begins in the
+// text, so "blog in" isn't "login". Only the beginning of a long text is searched.
 meanings meanings_of_text(wide_view text);

@@ -1,6 +1,6 @@
-// A client library that costs as little as one can. It asks each posted message for its form and
-// drops it, and writes the bytes in all into the file "built" at its end. At its start it notifies
-// of the file "payload" beside it as often as the file "count" says.
+// A client library that does as little as possible. It asks each posted message for its form and
+// drops it; at its end it writes the total number of bytes into the file "built". At its start it
+// notifies of the file "payload" beside it as often as the file "count" says.
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -23,7 +23,7 @@ class dropping_sink final : public implements<dropping_sink, cfSink> {
     used_ += size;
     return true;
   }
-  // Gives how many there were.
+  // Returns how many bytes there were.
   std::size_t drop() { return std::exchange(used_, 0); }
 
  private:

@@ -1,6 +1,6 @@
 // A client library that answers each posted message at once with a notification of the two moments
 // that a measurement needs: when the message was posted, and when `notify` was called. A page whose
-// sender is "mirror" comes back itself instead.
+// sender is "mirror" is sent back itself instead.
 #include <chrono>
 #include <string>
 
@@ -30,7 +30,7 @@ class echo_client final : public implements<echo_client, iCfClient> {
     const wide_string posted = nanoseconds_now();
     const auto* const page = static_cast<CfMsgWebsite*>(message->query(CfMsgWebsite::type_name));
     const bool mirror = page != nullptr && page->sender == u"mirror";
-    // A measurement includes asking for the form.
+    // Asking for the form is part of the measurement.
     const auto object = carry(*message);
     message->release();
     if (mirror) {

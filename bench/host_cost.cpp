@@ -1,6 +1,6 @@
-// What whole hosts cost: processor time per message in each direction, time from start to end, and
-// memory, beside programs that do the same work or none. Prints one line per result:
-// WORK/SET, first row's median, ours, and the median of the ratios of all rounds.
+// Measures what whole hosts cost: processor time per message in each direction, time from start to
+// end, and memory, next to programs that do the same work or none. Prints one line per result:
+// WORK/SET, the median of the first program, ours, and the median of the ratios of all rounds.
 
 #include <algorithm>
 #include <chrono>
@@ -26,7 +26,7 @@ using process = platform::child_process;
 
 constexpr std::chrono::seconds timeout{60};
 
-// So much work goes into one run of a host that its start doesn't count.
+// The work of one run, in bytes; so much that the host's start doesn't count.
 constexpr std::size_t bytes_in_a_run = 24'000'000;
 
 [[noreturn]] void give_up(const std::string& what) {
@@ -58,8 +58,8 @@ double end_and_get_cpu_time(process& child) {
   return static_cast<double>(child.cpu_time().count());
 }
 
-// Runs a program on a file, and gives the microseconds of processor time and the output. Through a
-// pipe the faster host would sleep and wake more often, and pay for that too.
+// Runs a program on a file, and returns the microseconds of processor time and the output. Not
+// through a pipe: the faster host would sleep and wake more often, and pay for that too.
 double cpu_time(const std::string& program, const std::vector<std::string>& arguments,
                 const std::string& input_file, std::string& output) {
   std::vector<std::string> words = {"-c", R"(file=$1; shift; exec "$0" "$@" <"$file")", program,
@@ -76,7 +76,7 @@ double median(std::vector<double> values) {
   return *middle;
 }
 
-// Both in turn, so that what the machine does meanwhile hits both.
+// Runs both in turn, so that whatever else the machine does hits both.
 void compare(const std::string& name, int rounds, const std::function<double()>& first,
              const std::function<double()>& ours) {
   const auto count = static_cast<std::size_t>(rounds);
@@ -104,14 +104,14 @@ struct programs {
     std::ofstream(folder + "count") << count;
   }
 
-  // Gives the path of a file of this content.
+  // Writes a file with this content and returns its path.
   std::string file_of(const std::string& input) const {
     std::ofstream(folder + "input", std::ios::binary) << input;
     return folder + "input";
   }
 };
 
-// Gives microseconds per message. The hosts must have built as many bytes.
+// Returns microseconds per message. Both hosts must have built the same number of bytes.
 void compare_inbound(const programs& all, int inputs, int rounds) {
   all.order({}, 0);
   const std::vector<std::string> requests = make_requests(inputs);
@@ -169,7 +169,7 @@ void compare_outbound(const programs& all, int inputs, int rounds) {
   if (first_said.size() != we_said.size()) give_up("the hosts have said different things");
 }
 
-// Until the end of its output, which comes when the process has gone; in microseconds.
+// Until the end of the output, which comes when the process is gone; in microseconds.
 double lifetime(const std::string& program) {
   const auto begin = steady::now();
   const auto child = start(program);
@@ -178,21 +178,21 @@ double lifetime(const std::string& program) {
   return std::chrono::duration<double, std::micro>(steady::now() - begin).count();
 }
 
-// Kilobytes at the most, idle after a request.
+// Peak memory in kilobytes, of a host that is idle after a request.
 double peak(const std::string& program) {
   const auto child = start(program);
   const std::string request = frames_of({make_requests(1).front()});
   child->write(request.data(), request.size(), timeout);
-  // Nothing tells that a request has been dealt with; it takes a fraction of this.
+  // Nothing reports that a request has been handled; it takes a fraction of this.
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   return static_cast<double>(platform::peak_memory(child->process_id())) / 1024;
 }
 
-// One host's time per byte of message at each size, and that of many at once. Gives up over growing
-// costs only if they are to be judged: a single look on a busy machine says nothing.
+// The time that one host takes per byte at each message size, and that of many hosts at once. Gives
+// up over growing costs only if `judge` says so: a single run on a busy machine proves nothing.
 void show_growth(const programs& all, bool judge) {
   constexpr std::size_t together = 70;
-  // Of noise, and of what small messages cost more of per byte, the other way.
+  // Allows for noise, and for small messages costing more per byte, which hides growth.
   constexpr double allowed = 1.5;
   all.order({}, 0);
   double least = 1e9;

@@ -1,5 +1,5 @@
 // Measures the real host: how soon a request reaches the agent, how soon a notification is out, how
-// long a start takes, and what the process occupies.
+// long a start takes, and what resources the process uses.
 
 #include <algorithm>
 #include <cstdio>

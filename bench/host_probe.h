@@ -1,4 +1,4 @@
-// The real host beside an agent that answers each request with the moments that it saw.
+// The real host with an agent that answers each request with the moments that it saw.
 #pragma once
 
 #include <chrono>
@@ -24,8 +24,8 @@ struct moments {
 
 class host_probe {
  public:
-  // Starts the host. The process ends, with a message, where something fails that no measurement
-  // can go on without; so do all functions below.
+  // Starts the host. If something fails that the measurement needs, the process ends with a
+  // message; the same goes for all functions below.
   explicit host_probe(const std::string& path);
 
   // The frame must hold a whole request.
@@ -34,7 +34,7 @@ class host_probe {
 
   std::size_t resident_memory() const;
 
-  // Closes the input and waits for the end, which must be a good one.
+  // Closes the input and waits for the host's end, which must be a regular one.
   void finish();
 
  private:

@@ -1,5 +1,5 @@
-// Wears the real host: requests without end whose pages come back as notifications, to one host and
-// then to many at a time. Checks every notification, and that no host grows.
+// Soaks the real host: sends requests without end whose pages come back as notifications, to one
+// host and then to many at a time. Checks every notification, and that no host grows.
 
 #include <algorithm>
 #include <chrono>
@@ -21,11 +21,11 @@ using steady = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds timeout{60};
 
-// What a host may grow by once it has seen every size of page: pages of the allocator's that stay
-// in use by chance.
+// What a host may grow by once it has seen every size of page: pages of the allocator that happen
+// to stay in use.
 constexpr std::size_t allowed_growth = std::size_t{256} * 1024;
 
-// Requests after which it has.
+// Enough requests for a host to have seen them.
 constexpr int warm_up = 2000;
 
 [[noreturn]] void give_up(const std::string& what) {
@@ -65,8 +65,8 @@ class soaked_host {
     (void)next_message();  // the agent's report of the start
   }
 
-  // The page is all on its way when this returns, so the host never waits for its input and its
-  // reader at once.
+  // The whole page has been sent when this returns, so the host never waits for its input and its
+  // reader at the same time.
   void send(int number) {
     request_cutter cutter(page(number), std::to_string(number), max_request_envelope);
     std::string frames;
@@ -74,7 +74,7 @@ class soaked_host {
     if (!host_->write(frames.data(), frames.size(), timeout)) give_up("a host takes no more input");
   }
 
-  // Takes the notification that the page `number` makes.
+  // Receives the notification for the page `number`.
   void receive(int number) {
     const std::string message = next_message();
     std::size_t inputs = 0;
@@ -101,7 +101,7 @@ class soaked_host {
   }
 
  private:
-  // The joiner refuses pieces that aren't in order.
+  // The joiner refuses pieces that are out of order.
   std::string next_message() {
     char bytes[65536];
     for (;;) {

@@ -1,5 +1,5 @@
-// The host's own pieces beside what others would use for the same work. The names of the
-// measurements are WORK/SET/CANDIDATE; one run works through a whole set.
+// The host's own pieces next to what others would use for the same work. The measurements are named
+// WORK/SET/CANDIDATE; one run works through a whole set.
 
 #include <benchmark/benchmark.h>
 #include <rapidjson/document.h>
@@ -18,7 +18,7 @@ namespace {
 
 using texts = std::vector<std::string>;
 
-// Works on one text; gives something that depends on the result.
+// Works on one text; returns something that depends on the result.
 using candidate = std::function<std::size_t(const std::string&)>;
 
 void measure(const std::string& name, const texts& set, const candidate& work) {
@@ -29,7 +29,7 @@ void measure(const std::string& name, const texts& set, const candidate& work) {
   })->Unit(benchmark::kNanosecond);
 }
 
-// Of a set that lives as long as the process.
+// Keeps a set until the process ends.
 const texts& kept(texts set) { return *new texts(std::move(set)); }
 
 // A buffer for results, large enough for every set.
@@ -97,7 +97,7 @@ char16_t* wide_buffer() {
   return units.data();
 }
 
-// There and back.
+// Converts there and back.
 void measure_utf(const std::string& set, script letters, std::size_t size) {
   const texts& utf8 = kept(make_texts(letters, size));
   measure("utf/" + set + "/plain loop", utf8, [](const std::string& text) {

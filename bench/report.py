@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes bench/RESULTS.md and bench/results.svg from what the measuring programs have printed.
+"""Makes bench/RESULTS.md and bench/results.svg from the output of the measuring programs.
 
 Usage: report.py PIECES.json HOSTS.csv RESULTS.md RESULTS.svg
 
@@ -13,7 +13,7 @@ import statistics
 import subprocess
 import sys
 
-# What each row is to reach: ours, as a part of the first candidate's time.
+# The target of each row: our time, as a fraction of the first candidate's.
 WANTED = {
     "parse": {"page1": .36, "page5": .40, "page40": .50, "page400": .50, "page4000": .50,
               "page40esc": .60, "env47": .27, "env500": .16, "env8000": .10},
@@ -101,7 +101,7 @@ def rows_of(results):
 
 def as_text(results, growth):
     lines = ["# How fast it is", "",
-             "Made by `scripts/bench`; each figure is the time (or memory) that the host's code takes, as a part",
+             "Made by `scripts/bench`. Each figure is the time (or memory) that the host's code takes, as a fraction",
              "of what the first candidate takes in the same run. Less is better.", "",
              f"- {datetime.date.today().isoformat()}, {processor()}, {platform.system()} {platform.release()}",
              f"- {compiler()}; ours as it is shipped, the others with `-O3 -march=x86-64-v2`", ""]

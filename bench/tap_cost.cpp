@@ -1,6 +1,6 @@
-// What it costs to have cftap between browser and host: how long the same requests and their
-// notifications take with and without it, and one request that is alone. Prints the medians, in
-// milliseconds, and that of the ratios of all rounds.
+// Measures what cftap costs between browser and host: how long the same requests and their
+// notifications take with and without it, and how long a single request takes. Prints the medians
+// in milliseconds, and the median of the ratios of all rounds.
 
 #include <algorithm>
 #include <chrono>
@@ -63,8 +63,8 @@ std::size_t read_some(platform::child_process& host) {
   return *count;
 }
 
-// As fast as the host takes them, until the last of its notifications has been read. What the tap
-// has still to record then is nobody's wait.
+// As fast as the host takes them, until the last of its notifications has been read. Nobody waits
+// for what the tap still has to record then.
 double flood(const std::string& program, const std::string& input) {
   const auto begin = steady::now();
   const auto host = start(program);
@@ -98,7 +98,7 @@ double median(std::vector<double> values) {
   return *middle;
 }
 
-// In turn, so that what the machine does meanwhile hits both.
+// Runs both in turn, so that whatever else the machine does hits both.
 void compare(const std::string& name, int rounds, const std::function<double()>& alone,
              const std::function<double()>& recorded) {
   std::vector<double> first, second, ratios;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// What a set holds in all, and the most texts of one shape.
+// The size of a set in bytes, and the most texts in it.
 constexpr std::size_t set_size = 400'000;
 constexpr std::size_t most_texts = 256;
 
@@ -44,7 +44,7 @@ std::string address(generator& random) {
   return text;
 }
 
-// The value that a user has typed or a page has given.
+// A value that a user has typed or a page has set.
 std::string value(generator& random, page_flavour flavour) {
   if (flavour == page_flavour::escaped) {
     return R"(C:\\dir\\)" + word(random, 2, 6) + R"(\n\")" + word(random, 2, 6) +
@@ -173,7 +173,7 @@ std::vector<std::string> make_texts(script letters, std::size_t size) {
 std::vector<std::string> make_binaries(std::size_t size) {
   return make_set([=](generator& random) {
     std::string bytes(size, '\0');
-    // Without zeros, at which a decoder might end.
+    // Without zeros, where a decoder might stop.
     for (char& byte : bytes) byte = static_cast<char>(1 + below(random, 255));
     return bytes;
   });

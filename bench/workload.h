@@ -1,4 +1,4 @@
-// What the measurements work on: pages like those of the web, the same on every run. A set holds
+// What the measurements work on: pages like those on the web, the same in every run. A set holds
 // many different texts of one shape, so that a branch predictor can't learn one of them by heart.
 #pragma once
 
@@ -7,14 +7,14 @@
 #include <vector>
 
 enum class page_flavour {
-  mixed,    // as pages are: mostly ASCII, now and then another script or a quote
-  escaped,  // all beyond ASCII as \u escapes, and many other escapes
+  mixed,    // like real pages: mostly ASCII, now and then another script or a quote
+  escaped,  // everything beyond ASCII as \u escapes, and many other escapes
 };
 
-// Requests of the extension, each for a page of so many inputs.
+// Requests of the extension, each for a page with `inputs` inputs.
 std::vector<std::string> make_requests(int inputs, page_flavour flavour = page_flavour::mixed);
 
-// The frames of these requests, with envelopes as large as the host takes them.
+// The frames of these requests, with envelopes as large as the host accepts.
 std::string frames_of(const std::vector<std::string>& requests);
 
 // Envelopes of about `size` bytes that hold a piece.

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Compares the string at the start of the payload, terminator included, without looking behind the
+// Compares the string at the start of the payload, terminator included, without reading past the
 // payload's end.
 bool starts_with(const npc_payload& payload, const cfName& type) {
   const std::size_t size = (wide_view(type.text()).size() + 1) * sizeof(wide_char);
@@ -31,7 +31,7 @@ void notify_packet(const npc_record& npc) {
   }
 }
 
-// One object may answer to several names; each is acted on.
+// One object may answer to several names; all of them are handled.
 void notify_all_of(iCfMsg& object) {
   if (const void* npc = object.query(npc_record::type_name)) {
     notify_packet(*static_cast<const npc_record*>(npc));
@@ -45,8 +45,7 @@ notify_gate gate;
 
 class agent_observer final : public iCfClientObs {
  public:
-  // The process's one observer is never destroyed: a thread of the library may call it at any
-  // moment until the library is unloaded.
+  // Does nothing: the observer is never destroyed.
   void* deletingDestructor(std::uint32_t) override { return this; }
 
   // No exception of the host's may reach the library.

@@ -1,5 +1,5 @@
-// The outbound half of the bridge: what the agent sends becomes notifications to the extension. The
-// only sender of replies.
+// The outbound half of the bridge: what the agent sends becomes notifications to the extension.
+// Nothing else sends replies.
 #pragma once
 
 #include <chrono>
@@ -8,10 +8,10 @@
 
 // The one observer of the process. It has no fields, so any number of threads may be in `notify`.
 //
-// It has nothing to destroy, and a thread of the library may call it at any moment until the
-// library is unloaded. What ends it is close_agent_observer.
+// It is never destroyed, since a thread of the library may call it at any moment until the library
+// is unloaded. close_agent_observer ends it.
 extern iCfClientObs& agentObserver;
 
-// From here on `notify` returns 0 at once and touches nothing. Waits for the calls that are under
-// way, for `timeout` at the most; true if none is left.
+// From here on `notify` returns 0 at once and touches nothing. Waits for the calls in progress, for
+// at most `timeout`; true if none is left.
 bool close_agent_observer(std::chrono::milliseconds timeout);

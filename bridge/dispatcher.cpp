@@ -8,7 +8,7 @@
 
 namespace {
 
-// The two members of a request that are read; null where there was no usable one.
+// The two members of a request that are used; null if there was no usable one.
 struct request {
   const char* method = nullptr;
   const json_node* data = nullptr;

@@ -1,13 +1,13 @@
-// The order in which a bag takes and gives the fields of a record.
+// The order in which a record's fields are written to a bag and read from it.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-// The positions in `fields` of those with a key in the bag, which are `Keyed`, in the order of
-// these keys: a bag is filled and read without a search. Fails to compile if their number differs
-// or two have one key.
+// The positions of the `Keyed` fields that have a key in the bag, ordered by that key, so that a
+// bag is filled and read without a search. Fails to compile if there aren't `Keyed` of them, or if
+// two have the same key.
 template <std::size_t Keyed, class Field, std::size_t Count>
 consteval std::array<std::size_t, Keyed> order_by_bag_key(const Field (&fields)[Count]) {
   std::array<std::size_t, Keyed> order{};

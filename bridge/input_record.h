@@ -5,7 +5,7 @@
 #include "json/writer.h"
 #include "messages/property_bag.h"
 
-// The texts lie in the memory of the bag that the record goes into or comes from.
+// The texts lie in the memory of the bag that the record is written to or read from.
 struct input_record {
   wide_view name;
   wide_view value;
@@ -18,14 +18,14 @@ struct input_record {
   wide_view dbvalue;
 };
 
-// Where a field of the record stands in JSON and in a bag. The two vocabularies are independent.
+// Where a field of the record stands in JSON and in a bag. The two sets of keys are independent.
 struct input_field {
   wide_view input_record::*member;
   json_name json_key;
   wide_view bag_key;
 };
 
-// In the order of the record, which is that of the JSON written.
+// In the order of the record, which is the order of the JSON that is written.
 inline constexpr input_field input_fields[] = {
     {&input_record::name, "name", u"name"},
     {&input_record::value, "value", u"value"},
@@ -41,7 +41,7 @@ inline constexpr input_field input_fields[] = {
 inline constexpr auto input_fields_by_bag_key =
     order_by_bag_key<std::size(input_fields)>(input_fields);
 
-// Enters all nine fields, empty ones too.
+// Writes all nine fields, empty ones too.
 void store_input_record(const input_record& record, text_map::filler& bag);
 
 // The record of a bag; a field that the bag lacks is empty.

@@ -1,4 +1,4 @@
-// The names of the methods that requests may ask for, also for programs that handle none.
+// The names of the methods that requests may ask for, also for programs that implement none.
 #pragma once
 
 #include <string_view>

@@ -13,8 +13,8 @@
 
 namespace {
 
-// The library takes the reference over. It may not end this thread, which alone reads requests: the
-// process ends at once if it tries.
+// The library takes over the reference. It may not end this thread, which alone reads requests: if
+// it tries, the process ends at once.
 template <class Message>
 void post(message_ref<Message> message) noexcept {
   agent_client->post(message.detach());
@@ -51,7 +51,7 @@ bool handle_lock(const json_node*) {
   return true;
 }
 
-// The dialog needs some place: without a cursor it is the corner of the screen.
+// The dialog needs some position: without a cursor it is the corner of the screen.
 bool handle_unlock(const json_node*) {
   platform::screen_point point;
   (void)platform::cursor_position(point);
@@ -61,7 +61,7 @@ bool handle_unlock(const json_node*) {
   return true;
 }
 
-// A drop-down may come without a page, and says of itself what it is.
+// A drop-down may come without a page, and it marks itself as one.
 bool handle_drop_down(const json_node* data) {
   const bool without_page = data != nullptr && data->kind == kind_null;
   message_ref<CfMsgWebsite> message = without_page ? make_website() : website_of(data);

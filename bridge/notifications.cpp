@@ -11,14 +11,14 @@
 
 namespace {
 
-// Holds the settings of most users.
+// Enough for the settings of most users.
 constexpr std::size_t settings_size = 2000;
 
-// A payload may be longer than the form in it. Room is wiped when it is given back, used or not.
+// A payload may be longer than the form in it, and room is wiped when it is freed, used or not.
 constexpr std::size_t largest_guess = std::size_t{4} * 1024 * 1024;
 
-// `render` puts the members of the notification into the stream. It has room for `size` bytes from
-// the start, and takes more when it needs more.
+// `render` puts the members of the notification into the stream, which has room for `size` bytes
+// from the start and grows when it needs more.
 template <class Render>
 void send_notification(const char* name, std::size_t size, Render render) {
   pair_stream stream;
@@ -33,7 +33,8 @@ void send_notification(const char* name, std::size_t size, Render render) {
 template <class Message>
 void forward(cfIStream& stream, const char* name,
              pair_stream& (*render)(pair_stream& body, const Message& message)) {
-  // Wide text takes twice as much as its narrow form, which leaves room for names and marks.
+  // Wide text takes twice as many bytes as its narrow form, which leaves room for names and
+  // punctuation.
   const std::size_t size = std::min(stream.left(), largest_guess);
   const message_ref<Message> message = make_message<Message>();
   if (!message->read(stream)) return;

@@ -9,9 +9,9 @@
 struct packet_notification {
   cfName type;  // what the packet's payload begins with
   const char* name;
-  bool is_wrapped;  // the type stands in front of a whole form, with a type of its own
+  bool is_wrapped;  // the type precedes a whole form, which has a type of its own
 
-  // Reads the form at the stream's position, and sends it if it is whole.
+  // Reads the form at the stream's position and, if it is whole, sends the notification.
   void (*send)(cfIStream& stream, const char* name);
 };
 
@@ -20,10 +20,11 @@ struct record_notification {
   cfName type;  // the name that an object answers with the record
   const char* name;
 
-  // Sends what the record says, or nothing if it has nothing to say.
+  // Sends the notification, or nothing if the record has nothing to report.
   void (*send)(const void* record, const char* name);
 };
 
-// All of them, each name and each type once; records in the order in which they are asked for.
+// All of them; each name and each type occurs once. Records are in the order in which they are
+// asked for.
 std::span<const packet_notification> packet_notifications();
 std::span<const record_notification> record_notifications();

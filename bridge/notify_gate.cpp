@@ -7,13 +7,13 @@ bool notify_gate::enter() {
   while ((state & closed_mark) == 0) {
     if (state_.compare_exchange_weak(state, state + 1, std::memory_order_acquire)) return true;
   }
-  // Who tries again and again leaves the processor to those inside.
+  // A thread that tries again and again leaves the processor to those inside.
   std::this_thread::yield();
   return false;
 }
 
-// The last step after the closing is under the lock: once the closer has seen an empty gate, nobody
-// is on the way to wake it.
+// After the closing, leaving takes the lock: once the closer has seen an empty gate, no thread is
+// about to wake it.
 void notify_gate::leave() {
   std::uint32_t state = state_.load(std::memory_order_relaxed);
   while ((state & closed_mark) == 0) {

@@ -7,7 +7,7 @@
 
 namespace {
 
-// A string of the page: its field, its JSON key, and its key in the bag, empty where it goes
+// A string of the page: its field, its JSON key, and its key in the bag, which is empty if it goes
 // elsewhere.
 struct page_field {
   wide_view page_record::*member;
@@ -48,15 +48,15 @@ constexpr wide_view navigate_login_key = u"navigate-login";
 constexpr std::size_t most_page_properties =
     page_fields_by_bag_key.size() + std::size(page_flags) + 1;
 
-// Room for the properties that aren't there as a rule, keys included.
+// Room for the properties that pages rarely have, keys included.
 constexpr std::size_t rare_property_units = 64;
 
 bool is_named(const json_node& member, const char* key) {
-  // Most names differ in their first letter, and need no call to tell.
+  // Most names differ in their first letter, which saves the call.
   return member.name[0] == key[0] && std::strcmp(member.name, key) == 0;
 }
 
-// Converts where the text is to stay. False, with `target` untouched, for a text that can't be
+// Converts the text right where it will stay. False, with `target` untouched, if the text can't be
 // converted.
 bool to_wide(wide_view& target, const json_node& text, text_map::filler& bag) {
   std::size_t made = 0;
@@ -68,7 +68,7 @@ bool to_wide(wide_view& target, const json_node& text, text_map::filler& bag) {
   return true;
 }
 
-// What the values of an object's strings can take in a bag.
+// The most that the values of an object's strings can take in a bag, in units.
 std::size_t units_of_strings(const json_node& object) {
   std::size_t units = 0;
   for (const json_node& member : children_of(object)) {
@@ -77,8 +77,8 @@ std::size_t units_of_strings(const json_node& object) {
   return units;
 }
 
-// Members come in the order of the fields as a rule, so each search begins behind the field that
-// the one before it has found, `next`, and goes around.
+// Members usually come in the order of the fields, so each search starts at `next`, after the field
+// that the search before it found, and wraps around.
 template <class Field, std::size_t Count, class Record>
 bool take_field(const json_node& member, const Field (&fields)[Count], std::size_t& next,
                 Record& record, text_map::filler& bag) {
@@ -127,7 +127,7 @@ void take_rare_member(const json_node& member, page_record& record, text_map::fi
   }
 }
 
-// Marks the flags that aren't zero.
+// Stores "1" for each flag that isn't zero.
 void store_rare_properties(const page_record& record, propsW_t& bag) {
   for (const page_flag& entry : page_flags) {
     if (record.*entry.member != 0) bag.put(entry.bag_key, u"1");

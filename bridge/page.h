@@ -1,4 +1,4 @@
-// Takes the page object of a request into a website message.
+// Translates the page object of a request into a website message.
 #pragma once
 
 #include "json/node.h"
@@ -25,17 +25,17 @@ struct page_record {
 };
 
 // Copies the page that `node` describes into `message`, which is new and empty. False, with the
-// message unchanged, if `node` is null or isn't a named container with members; true in all other
-// cases. Inputs beyond max_listed_bags are left out. Members that aren't known or are of the wrong
-// kind are skipped; of several with one name the last usable one counts, but each list of inputs
-// does.
+// message unchanged, if `node` is null or isn't a named container with members; otherwise true.
+// Inputs beyond max_listed_bags are left out. Unknown members and members of the wrong kind are
+// skipped. If several have the same name the last usable one counts, except that all lists of
+// inputs do.
 bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
-// True if the member has this name. Then a string, converted in the memory of `bag`, replaces
-// `target`, null empties it, and any other kind, or a string that can't be converted, leaves it.
-// Requires a member with a name.
+// True if the member has this name. If so, a string replaces `target`, converted in the memory of
+// `bag`; null empties it; any other kind, or a string that can't be converted, leaves it as it is.
+// The member must have a name.
 bool take_string_member(const json_node& member, const char* key, wide_view& target,
                         text_map::filler& bag);
 
-// Enters the eleven strings that have a key in the bag, empty ones too. Flags go elsewhere.
+// Writes the eleven strings that have a key in the bag, empty ones too. Flags are stored elsewhere.
 void store_page_record(const page_record& record, text_map::filler& bag);

@@ -1,4 +1,5 @@
-// Renders what the agent sends as JSON pairs. The caller closes the stream and gives it a name.
+// Renders what the agent sends as JSON pairs. The caller names and closes the container around
+// them.
 #pragma once
 
 #include "json/pair_stream.h"
@@ -8,8 +9,8 @@
 #include "messages/website.h"
 
 // The page's sender, its properties under the bag's own keys, its inputs under the names that
-// requests use, and an empty list of items. A text that can't be converted gives null, a key none
-// at all.
+// requests use, and an empty list of items. A value that can't be converted becomes null; a pair
+// whose key can't be is left out.
 pair_stream& render_website(pair_stream& stream, const CfMsgWebsite& message);
 
 // Every setting, in key order.

@@ -3,6 +3,6 @@
 
 #include "messages/text_map.h"
 
-// A line for each pair, or one that says that there is none, each behind `prefix`. Nothing while
-// diagnostics are off.
+// Writes a line for each pair, or one that says that there are none, each with `prefix` in front.
+// Does nothing while diagnostics are off.
 void dump_settings(const text_map& pairs, const wide_char* prefix);

@@ -10,7 +10,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 include(CheckPIESupported)
 check_pie_supported()
 
-# Everything beside the executable: the client library is looked for there.
+# Everything goes beside the executable, since the client library is looked for there.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
@@ -19,7 +19,7 @@ option(CFHOST_FUZZ "Build the fuzz targets of tests/fuzz (needs clang)" OFF)
 option(CFHOST_COVERAGE "Count what the tests execute (needs clang)" OFF)
 option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
 
-# For C++ alone: the resources of a Windows program are compiled too.
+# For C++ only: the resources of a Windows program are compiled too.
 function(add_cxx_options)
   add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:${ARGN}>")
 endfunction()
@@ -31,29 +31,30 @@ add_cxx_options(
   -ffp-contract=off)
 
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
-  # What platform/checked_mutex.h is for.
+  # Checks the locks that platform/checked_mutex.h describes.
   add_cxx_options(-Wthread-safety)
 endif()
 
-# Includes are written from the top of the tree.
+# Includes are relative to the top of the tree.
 add_library(source_root INTERFACE)
 target_include_directories(source_root INTERFACE ${PROJECT_SOURCE_DIR})
 
 if(CFHOST_SANITIZE)
   add_cxx_options(-fsanitize=${CFHOST_SANITIZE} -fno-sanitize-recover=all
                   -fno-omit-frame-pointer)
-  # A table that another compiler made has nothing behind it that tells an object's type.
+  # The check needs type information, which the tables of other compilers don't have in its place.
   add_cxx_options(-fno-sanitize=vptr)
   add_link_options(-fsanitize=${CFHOST_SANITIZE})
 endif()
 
 if(CFHOST_FUZZ AND NOT CFHOST_COVERAGE)
-  # Counts the edges that an input takes; the fuzz targets alone link what looks at the counters.
+  # Counts the edges that an input takes. Only the fuzz targets link the code that reads the
+  # counters.
   add_cxx_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(CFHOST_COVERAGE)
-  # Counters that can be moved into a file while the program runs: the host may end without the exit
+  # The counters can be moved into a file while the program runs: the host may end without the exit
   # actions that would write them.
   add_cxx_options(-fprofile-instr-generate -fcoverage-mapping
                   "SHELL:-mllvm -runtime-counter-relocation")
@@ -71,11 +72,11 @@ if(CFHOST_HARDEN)
 endif()
 
 if(WIN32)
-  # A program is one file: no DLL of the tool chain has to lie beside it.
+  # A program is a single file that needs no DLL of the tool chain beside it.
   add_link_options(-static)
-  # The time of a build would make each differ from the one before.
+  # Otherwise the time of the build would make each build different.
   add_link_options(-Wl,--no-insert-timestamp)
 elseif(NOT CFHOST_SANITIZE)
-  # Dynamic libraries of the tool chain would double the time to start.
+  # Dynamic libraries of the tool chain would double the start-up time.
   add_link_options(-static-libstdc++ -static-libgcc)
 endif()

@@ -1,12 +1,13 @@
-# Where an installed tree has what. The host gets a folder of its own: the client library lies beside
-# it, and nothing else must.
+# The layout of an installed tree. The host gets a folder of its own, which holds the client library
+# and nothing else.
 
 if(WIN32)
-  # All in one folder, as it is usual there.
+  # Everything in one folder, as usual on Windows.
   set(CMAKE_INSTALL_BINDIR .)
   set(CFHOST_PROGRAM_DIR .)
 else()
-  # For programs that other programs start. The companion programs look for the host here.
+  # The folder for programs that other programs start. The companion programs look for the host
+  # here.
   set(CFHOST_PROGRAM_DIR libexec/cfhost)
 endif()
 

@@ -1,12 +1,12 @@
-# The kit for those who write client libraries: headers, one static library, and what CMake and
-# pkg-config know of them. docs/library.md tells how to use it.
+# The kit for authors of client libraries: headers, one static library, and files for CMake and
+# pkg-config. docs/library.md says how to use it.
 
 include(CMakePackageConfigHelpers)
 set(kit_folder ${CMAKE_INSTALL_LIBDIR}/cmake/cfhost)
-# Installed only by name: who uses the host has no use for it.
+# Installed only by name: people who use the host don't need it.
 set(in_kit COMPONENT sdk EXCLUDE_FROM_ALL)
 
-# Gives the sources of a target with their full paths.
+# Sets a variable to the full paths of a target's sources.
 function(full_sources target result)
   get_target_property(sources ${target} SOURCES)
   get_target_property(folder ${target} SOURCE_DIR)
@@ -14,8 +14,8 @@ function(full_sources target result)
   set(${result} ${sources} PARENT_SCOPE)
 endfunction()
 
-# All that the messages need, in one archive. Without link-time optimisation: what that leaves in an
-# archive is for one version of one compiler.
+# Everything that the messages need, in one archive. Built without link-time optimisation, whose
+# archives suit only one version of one compiler.
 full_sources(messages message_sources)
 full_sources(memory memory_sources)
 full_sources(library_side library_side_sources)
@@ -28,7 +28,7 @@ target_compile_features(kit_messages PRIVATE cxx_std_20)
 set_target_properties(kit_messages PROPERTIES
   OUTPUT_NAME cfhost_messages EXPORT_NAME messages INTERPROCEDURAL_OPTIMIZATION OFF)
 if(WIN32)
-  # Checks of the stack would need a library of the tool chain that authors don't link.
+  # Stack checks would need a library of the tool chain that authors don't link.
   target_compile_options(kit_messages PRIVATE -fno-stack-protector -U_FORTIFY_SOURCE)
 endif()
 target_include_directories(kit_messages PRIVATE ${PROJECT_SOURCE_DIR})

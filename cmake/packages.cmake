@@ -1,11 +1,11 @@
-# What a package holds beside the programs, and the Debian packages: scripts/package makes them.
+# What a package holds beside the programs, and how the Debian packages are made; scripts/package uses it.
 
 set(CFHOST_EXTENSION_IDS "" CACHE STRING
     "Extensions that the Debian package registers the host for when it is installed, separated by ;")
 
 set(doc ${CMAKE_INSTALL_DATADIR}/doc)
 if(WIN32)
-  # Whoever unpacks the archive finds all that is meant for him at its root.
+  # What the reader of the archive needs is at its root.
   install(FILES packaging/windows/README.txt COMPONENT host DESTINATION .)
   install(FILES LICENSE COMPONENT host DESTINATION . RENAME LICENSE.txt)
   install(DIRECTORY docs/ COMPONENT host DESTINATION docs FILES_MATCHING PATTERN "*.md")
@@ -29,18 +29,18 @@ else()
   file(CONFIGURE OUTPUT extension.ids CONTENT "${ids}\n")
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/extension.ids COMPONENT host
           DESTINATION ${CMAKE_INSTALL_DATADIR}/cfhost)
-  # The administrator's extensions.
+  # For the extensions that the administrator adds.
   install(DIRECTORY DESTINATION /etc/Orvanta/cfsetup.d COMPONENT host EXCLUDE_FROM_ALL)
 endif()
 
-# Each package has its own first line.
+# Each package's description has a first line of its own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_CONTACT "The coffer developers <coffer@orvanta.example>")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/same_bytes.cmake)
 
-# The development agent must never come along with the host, and few need the kit.
+# The development agent must never be installed along with the host, and few people need the kit.
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL host agent sdk)
@@ -58,14 +58,14 @@ set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_EXTRA
 set(CPACK_DEBIAN_HOST_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_HOST_DESCRIPTION
 "Native-messaging host of the coffer password manager
-The browser starts it for the extension of the password manager; it carries
-the extension's requests to the password-store agent and the agent's
-notifications back.
+The browser starts it for the password manager's extension. It passes the
+extension's requests to the password-store agent, and the agent's
+notifications back to the extension.
 .
-With cfsetup, which registers it with browsers and finds out why it doesn't
-start, cfext, which plays the extension, cfdebug, which shows what the host
-reports, cftap, which records what browser and host say to each other, and
-cfcheck, which examines the client library.")
+The package includes cfsetup, which registers the host with browsers and finds
+out why one doesn't start it; cfext, which plays the extension; cfdebug, which
+shows the host's diagnostics; cftap, which records what browser and host say to
+each other; and cfcheck, which examines the client library.")
 
 set(CPACK_DEBIAN_AGENT_PACKAGE_NAME cfhost-dev-agent)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION devel)
@@ -73,15 +73,15 @@ set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "cfhost (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_AGENT_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_AGENT_DESCRIPTION
 "Development agent for cfhost
-Stands in for the password-store agent while somebody works on the extension
-or the host. It keeps its coffer in memory and protects nothing.")
+This client library stands in for the real one while somebody works on the
+extension or the host. It keeps its coffer in memory and protects nothing.")
 
 set(CPACK_DEBIAN_SDK_PACKAGE_NAME cfhost-dev)
 set(CPACK_DEBIAN_SDK_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_SDK_PACKAGE_SUGGESTS "cfhost, cmake | pkg-config")
 set(CPACK_COMPONENT_SDK_DESCRIPTION
 "Kit for writing client libraries for cfhost
-Headers of the interface between the host and the library that it loads, the
-code of messages, bags and settings, what CMake and pkg-config know of them,
-and an example.")
+The headers of the interface between the host and the library that it loads, a
+static library with the code of messages, bags and settings, files for CMake and
+pkg-config, and an example.")
 include(CPack)

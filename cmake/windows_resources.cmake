@@ -1,4 +1,4 @@
-# Gives programs what Windows looks for inside of them. Does nothing for other systems.
+# Gives programs the resources that Windows looks for in them. Does nothing on other systems.
 
 if(WIN32)
   enable_language(RC)

@@ -8,9 +8,9 @@
 
 namespace {
 
-// After the end of input nobody is inside any more, or the process would have left without exit
-// actions. But the library may end the process too, with threads of its own in the middle of a
-// frame. One that does so from inside a notification waits for itself in vain.
+// After the end of input nobody is inside any more: otherwise the process would have left without
+// exit actions. But the library may end the process too, while its threads are in the middle of a
+// frame. If it does so from inside a notification, this waits in vain for that notification.
 void end_agent_observer() { close_agent_observer(notification_timeout); }
 
 }  // namespace

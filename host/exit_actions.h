@@ -1,13 +1,12 @@
-// The order in which the process-wide objects go at the end of the process.
+// The order in which the process-wide objects end.
 #pragma once
 
-// Registers the exit actions of the objects that live from start to end. Called first thing in
-// main, before any object that registers its end at its first use; so the order of the ends is
+// Registers the exit actions of the objects that live from start to end. Called first in main,
+// before any object that registers its end at its first use. So the order of the ends, whichever
+// source files the objects live in, is
 //
-//   1. the store of unfinished messages, if a frame was ever taken
+//   1. the store of unfinished messages, if input was ever awaited
 //   2. agentObserver
 //   3. client_library, with the library itself
 //   4. stdout_lock, as a static object
-//
-// whichever source files the objects live in.
 void register_exit_actions();

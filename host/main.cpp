@@ -31,7 +31,7 @@ bool serve_message() {
   return true;
 }
 
-// The next message may be long in coming, so what this one has left is wiped first.
+// The next message may be long in coming, so memory that this one has used is wiped first.
 void serve_input() {
   while (serve_message()) {
     platform::wipe_stack();
@@ -55,8 +55,8 @@ exit_value run() {
 
   serve_input();
 
-  // A notification that is stuck, in a full pipe or in the library, may hold the stream, and the
-  // runtime's way out would wait for that stream for ever.
+  // A notification that is stuck in a full pipe or in the library may hold the stream, and the
+  // runtime's ordinary exit would wait for that stream for ever.
   if (!close_agent_observer(notification_timeout)) platform::leave_now(exit_input_ended);
   return exit_input_ended;
 }

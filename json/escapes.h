@@ -1,5 +1,5 @@
-// What the escapes of a JSON string stand for (RFC 8259, section 7), and the moves of bytes that
-// decoding a string in place takes.
+// What the escapes of a JSON string stand for (RFC 8259, section 7), and the byte moves for
+// decoding a string in place.
 #pragma once
 
 #include <array>
@@ -40,7 +40,7 @@ inline char escaped_character(char letter) {
   return escaped_characters[static_cast<unsigned char>(letter)];
 }
 
-// Two words that overlap, and so cover all lengths from one word to two.
+// Copies two words that overlap, which covers all lengths from one word to two.
 template <class Word>
 void move_ends(char* out, const char* from, std::size_t length) {
   Word first{}, last{};
@@ -50,7 +50,8 @@ void move_ends(char* out, const char* from, std::size_t length) {
   std::memcpy(out + length - sizeof last, &last, sizeof last);
 }
 
-// Moves bytes towards the start of a text. Most runs between two escapes are shorter than a call.
+// Moves bytes towards the start of a text. Most runs between two escapes are so short that a call
+// would cost more than the move.
 inline char* move_back(char* out, const char* from, std::size_t length) {
   if (length >= 16) {
     std::memmove(out, from, length);
@@ -64,8 +65,8 @@ inline char* move_back(char* out, const char* from, std::size_t length) {
   return out + length;
 }
 
-// UTF-8 form of one UTF-16 code unit. The halves of a surrogate pair stay apart here, as three
-// bytes each; the conversion to wide text joins them.
+// Writes the UTF-8 form of one UTF-16 code unit. The halves of a surrogate pair stay apart here, as
+// three bytes each; the conversion to wide text joins them.
 inline char* put_code_unit(char* out, int unit) {
   if (unit < 0x80) {
     *out++ = static_cast<char>(unit);

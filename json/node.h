@@ -1,5 +1,5 @@
 // One value of a parsed JSON text. Nodes live in a node_arena; keys and strings lie in the text
-// that was parsed. A tree is valid as long as both live.
+// that was parsed. A tree is valid as long as both exist.
 #pragma once
 
 #include <cstdint>
@@ -25,8 +25,8 @@ static_assert(sizeof(json_value) == 8);
 
 struct json_node {
   json_node* parent;        // null for the root
-  json_node* next_sibling;  // null on the last child
-  json_node* first_child;   // null unless an object or array that has children
+  json_node* next_sibling;  // null for the last child
+  json_node* first_child;   // null unless this is an object or array with children
   json_node* last_child;    // where the next child goes
   const char* name;         // the key, or null for a value that no key preceded
   json_value value;         // zero for null, objects and arrays
@@ -40,8 +40,9 @@ inline std::string_view text_of(const json_node& node) {
   return {node.value.string, node.text_length};
 }
 
-// The children of a node in the order of the text: for (const json_node& child :
-// children_of(node)).
+// The children of a node in the order of the text:
+//
+//   for (const json_node& child : children_of(node))
 class json_children {
  public:
   class iterator {

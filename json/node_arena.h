@@ -1,4 +1,4 @@
-// Block arena that owns the nodes of one parse. Nothing in it is freed singly.
+// Block arena that owns the nodes of one parse. Nodes aren't freed one by one.
 #pragma once
 
 #include <cstddef>
@@ -15,9 +15,9 @@ struct arena_block {
   arena_block* next;   // the block that was the head before this one
 };
 
-// Memory that the nodes of one parse may take, in bytes. One character is enough to ask for a node:
+// Memory that the nodes of one parse may take, in bytes. A single character can ask for a node, so
 // without a bound a text within its own limit could take fifty times its size. This is half as much
-// again as the largest page needs whose inputs are all taken.
+// again as the largest page needs if all its inputs are taken.
 constexpr std::uint64_t max_arena_memory = std::uint64_t{64} * 1024 * 1024;
 
 struct node_arena {
@@ -29,11 +29,11 @@ struct node_arena {
 // A small message fits one block.
 constexpr std::uint64_t default_arena_block_size = 1024;
 
-// Puts a new block in front of the others. False, without one, at the bound. The process ends when
-// the system has no memory left, since no reader of a tree could go on without a node.
+// Puts a new block in front of the others. False, without one, at the bound. The process ends if
+// the system has no memory left: a reader couldn't go on without a node.
 bool arena_add_block(node_arena& allocator);
 
-// Room for one node, not initialised, good until arena_release; null at the bound.
+// Room for one node, not initialised, valid until arena_release; null at the bound.
 inline json_node* arena_alloc(node_arena& allocator) {
   if (allocator.head == nullptr ||
       allocator.head->used + sizeof(json_node) > allocator.head->size) {

@@ -12,7 +12,7 @@ bool take_minus(const char*& at, const char* end) {
   return minus;
 }
 
-// Wraps modulo 2^32, as every integer of the dialect does.
+// Wraps modulo 2^32, like every integer of the dialect.
 std::uint32_t take_digits(const char*& at, const char* end) {
   std::uint32_t value = 0;
   for (; at != end && is_digit(*at); ++at)
@@ -22,8 +22,8 @@ std::uint32_t take_digits(const char*& at, const char* end) {
 
 float digit_value(char c) { return static_cast<float>(c - '0'); }
 
-// 10 to the power of `exponent`; 10 for an exponent below 1 too. Stops at infinity, which stays
-// infinity however often it is multiplied.
+// 10 to the power of `exponent`; also 10 for an exponent below 1. Stops at infinity, which further
+// multiplication doesn't change.
 float power_of_ten(std::int32_t exponent) {
   float power = 10.0F;
   for (std::int32_t i = 1; i < exponent && !std::isinf(power); ++i) power *= 10.0F;

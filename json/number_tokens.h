@@ -1,10 +1,10 @@
-// Conversion of the number tokens of the dialect. Both converters write their result and return the
+// Conversion of the dialect's number tokens. Both functions write their result and return the
 // position at which they stopped; the token is valid only if that is its end.
 #pragma once
 
 #include <cstdint>
 
-// Decimal digits behind an optional sign, modulo 2^32. No digits give 0.
+// Decimal digits after an optional sign, modulo 2^32. No digits give 0.
 const char* parse_int_token(const char* first, const char* end, std::int32_t& out);
 
 // Digits, a fraction and an exponent, each optional, in single precision throughout; the order of

@@ -1,5 +1,5 @@
-// The members of one JSON container under construction, in the order written, each followed by a
-// comma. Brackets come when the container is closed.
+// The members of one JSON container that is being written, in order, each followed by a comma.
+// Brackets are added when the container is closed.
 #pragma once
 
 #include <algorithm>
@@ -9,22 +9,22 @@
 #include <string>
 #include <string_view>
 
-// A text that grows at its end. Unlike a string it gives room without clearing it first.
+// A text that grows at its end. Unlike std::string it provides room without clearing it first.
 class pair_stream {
  public:
-  // Good until something is added.
+  // Valid until something is added.
   std::string_view str() const { return {text_.get(), size_}; }
 
-  // Where the next bytes go: room for `size` of them. They count once they have been kept.
+  // Room for the next `size` bytes. They become part of the text by `keep`.
   char* room(std::size_t size) {
     if (text_ == nullptr || size > capacity_ - size_) grow(size);
     return text_.get() + size_;
   }
 
-  // The first bytes of the room become part of the text.
+  // Makes the first `size` bytes of the room part of the text.
   void keep(std::size_t size) { size_ += size; }
 
-  // Takes the last byte away, if it is this one.
+  // Removes the last byte if it is this one.
   void drop_last(char c) {
     if (size_ > 0 && text_[size_ - 1] == c) --size_;
   }
@@ -43,7 +43,7 @@ class pair_stream {
   pair_stream& operator<<(std::int32_t value) { return *this << std::to_string(value); }
 
  private:
-  // Holds most notifications about a page of one input.
+  // Enough for most notifications about a page with one input.
   static constexpr std::size_t first_capacity = 1000;
 
   void grow(std::size_t size) {

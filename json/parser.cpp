@@ -14,8 +14,8 @@ bool ends_number(char c) {
   return is_white_space(c) || c == ',' || c == ']' || c == '}' || c == '\0';
 }
 
-// The state of one parse. Each step takes the position of a token and returns the position behind
-// it, or null after it has noted an error. It also takes the punctuation that usually follows the
+// The state of one parse. Each step takes the position of a token and returns the position after
+// it, or null after it has noted an error. It also skips the punctuation that usually follows the
 // token.
 class parser {
  public:
@@ -95,15 +95,15 @@ class parser {
     return at + 1;
   }
 
-  // `start` is the position behind the opening quote.
+  // `start` is the position after the opening quote.
   char* string(char* start) {
     if (pending_key_ == nullptr && top_->kind == kind_object) return string_members(start);
     char* const at = decode_string(start);
     return at != nullptr ? add_string(start, at) : nullptr;
   }
 
-  // A key and its string value, and all further pairs of that kind if nothing but the usual
-  // punctuation stands between them. Most of a page is made of such pairs.
+  // A key and its string value, and all further pairs of that kind as long as only the usual
+  // punctuation stands between them. Most of a page consists of such pairs.
   char* string_members(char* key) {
     json_node* const object = top_;
     for (;;) {
@@ -145,17 +145,17 @@ class parser {
     return at + 1;
   }
 
-  // The rest of a string. `at` is its first byte that isn't plain text and isn't the closing quote.
+  // The rest of a string. `at` is its first byte that is neither plain text nor the closing quote.
   char* decode_interrupted_string(char* start, char* at) {
     char* out = at;
-    const char* nul = nullptr;  // the first one that an escape has put into the text
+    const char* nul = nullptr;  // the first one that an escape has written
     for (;;) {
       if (*at == '"') {
         *out = '\0';
         text_length_ = static_cast<std::uint32_t>((nul != nullptr ? nul : out) - start);
         return at + 1;
       }
-      if (*at == '\0') return at;  // the container that is still open makes an error of it
+      if (*at == '\0') return at;  // an error, since a container is still open
       if (*at != '\\') return fail(start, "Control characters not allowed in strings");
       at = escape(start, at, out);
       if (at == nullptr) return nullptr;
@@ -214,10 +214,11 @@ class parser {
     return behind_value(at + length);
   }
 
-  // Takes the comma that follows most values; a container is open.
+  // Skips the comma that follows most values. A container is open.
   static char* behind_value(char* at) { return *at == ',' ? at + 1 : at; }
 
-  // A node that takes the pending key, or null. Arena memory is raw, so every field is set.
+  // A node that takes the pending key, if there is one. Null at the arena's bound. Arena memory is
+  // raw, so every field is set.
   json_node* new_node(json_kind kind) {
     json_node* const node = arena_alloc(arena_);
     if (node == nullptr) return nullptr;
@@ -248,7 +249,7 @@ class parser {
   json_node* root_ = nullptr;
   json_node* top_ = nullptr;           // the innermost open container
   const char* pending_key_ = nullptr;  // a key that no value has taken yet
-  std::uint32_t text_length_ = 0;      // of the string decoded last
+  std::uint32_t text_length_ = 0;      // of the last decoded string
   const char* error_position_ = nullptr;
   const char* error_text_ = nullptr;
 };

@@ -1,22 +1,20 @@
-// Which bytes of a string literal have to be looked at: the test of texts that are read and
-// written, many bytes at once.
+// Which bytes of a string literal need attention. Used for texts that are read and for those that
+// are written, many bytes at once.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "platform/portable/vectors.h"
 
 // Quote, backslash, control characters and NUL.
 constexpr bool interrupts_text(char c) {
   return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20;
 }
 
-// Eight bytes at once, on any processor: the top bit of each byte that interrupts, and no other.
-// The sums never go beyond their byte.
+// Eight bytes at once, on any processor: sets the top bit of each byte that interrupts, and no
+// other. The sums never carry into the next byte.
 inline std::uint64_t interrupting_tops(std::uint64_t word) {
   constexpr std::uint64_t ones = 0x0101010101010101;
   constexpr std::uint64_t tops = 0x80 * ones;
@@ -33,8 +31,8 @@ inline std::uint64_t interrupting_tops(const char* at) {
   return interrupting_tops(word);
 }
 
-// Sixteen bytes at once, a bit for each, the first one lowest. The multiplication gathers the top
-// bits of eight bytes in one.
+// Sixteen bytes at once: one bit for each, the first byte lowest. The multiplication gathers the
+// top bits of eight bytes into one byte.
 inline unsigned interrupting_bits_wordwise(const char* at) {
   constexpr std::uint64_t gather = 0x0102040810204080;
   const std::uint64_t low = (interrupting_tops(at) >> 7) * gather >> 56;
@@ -42,7 +40,7 @@ inline unsigned interrupting_bits_wordwise(const char* at) {
   return static_cast<unsigned>(high << 8 | low);
 }
 
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
 inline unsigned interrupting_bits(const char* at) {
   const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
   const __m128i is_control = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x1F)), text);
@@ -75,8 +73,8 @@ inline bool is_plain_window(const char* at) {
 }
 #endif
 
-// Whether no byte of a text of known length interrupts it. The last block overlaps the one before,
-// and a short text is spread over one word, some bytes twice.
+// Whether a text of known length has no byte that interrupts it. The last block overlaps the one
+// before, and a short text fills one word, some bytes twice.
 inline bool is_plain_text(const char* at, std::size_t size) {
   const char* const end = at + size;
   if (size >= 16) {

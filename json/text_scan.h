@@ -1,5 +1,5 @@
-// The search for the bytes that interrupt the strings of one JSON text, which is where most of the
-// time of a parse goes.
+// Finds the bytes that interrupt the strings of one JSON text. Most of the time of a parse goes
+// into this search.
 #pragma once
 
 #include <cstddef>
@@ -7,15 +7,15 @@
 
 #include "json/plain_text.h"
 
-// Goes through a text from front to back, and looks at 64 bytes at once. Strings are short: what
-// was seen of the following ones is kept, so that the search in them need not wait for their bytes.
+// Goes through a text from front to back and looks at 64 bytes at once. Strings are short, so what
+// was seen of the following ones is kept, and the search in them needn't wait for memory.
 class text_scan {
  public:
-  // `end` is the NUL behind the text.
+  // `end` is the NUL at the end of the text.
   text_scan(const char* text, const char* end) : text_(text), end_(end), window_(text) { look(); }
 
-  // The first interrupting byte from `at` on, the NUL at the latest. `at` may not lie before what
-  // an earlier call gave, and no byte from there on may have been changed.
+  // The first interrupting byte from `at` on, the NUL at the latest. `at` may not lie before the
+  // result of an earlier call, and no byte from there on may have been changed.
   [[gnu::always_inline]] char* find(char* at) {
     const std::ptrdiff_t offset = at - window_;
     if (offset < window_size) {
@@ -29,7 +29,7 @@ class text_scan {
  private:
   static constexpr std::ptrdiff_t window_size = 64;
 
-  // The same, where the window says nothing of `at`. Envelopes hold strings of many windows.
+  // The same for an `at` outside the window. Envelopes hold strings of many windows.
   [[gnu::noinline]] char* find_beyond(char* at) {
     for (;; at += window_size) {
       window_ = at;
@@ -48,7 +48,7 @@ class text_scan {
     }
   }
 
-  // No byte behind the NUL is read: the last block is one that ends there.
+  // Nothing after the NUL is read: the last block is one that ends there.
   std::uint64_t look_at_rest() const {
     std::uint64_t bits = 0;
     unsigned place = 0;
@@ -71,6 +71,6 @@ class text_scan {
 
   const char* const text_;
   const char* const end_;
-  const char* window_;  // the bytes that `bits_` tells of, the first one lowest
+  const char* window_;  // the bytes that `bits_` describes, the first one lowest
   std::uint64_t bits_;
 };

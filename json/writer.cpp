@@ -14,7 +14,7 @@ bool needs_escape(char c) { return c == '"' || c == '\\' || (c >= 1 && c <= 31);
 constexpr std::size_t longest_escape = 6;
 constexpr std::size_t escaped_step = 512;
 
-// Gives the position behind what it has written.
+// Returns the position after what it has written.
 char* put_escaped(char* out, char c) {
   constexpr char hex[] = "0123456789ABCDEF";
   const auto put_pair = [&](char second) {
@@ -78,7 +78,7 @@ void put_literal(pair_stream& stream, std::string_view text) {
     return;
   }
   stream << '"';
-  // In steps, since room for a long text that is all escapes would be six times its size.
+  // In steps: room for a long text that is all escapes would be six times its size.
   for (; !text.empty(); text.remove_prefix(std::min(text.size(), escaped_step))) {
     char* const start = stream.room(longest_escape * escaped_step);
     char* out = start;
@@ -116,11 +116,11 @@ pair_stream& put_container(pair_stream& stream, std::string_view key, char openi
 
 constexpr std::size_t most_bytes_of_a_unit = 3;
 
-// Longer texts are converted in memory of their own first.
+// Longer texts are converted in a buffer of their own first.
 constexpr std::size_t short_units = 170;
 
-// Converts a short text that needs no escape right where it stays, which is what most texts are.
-// False, with the stream as it was, for any other text.
+// Converts a short text that needs no escape right into the stream; most texts are like that.
+// False, with the stream unchanged, for any other text.
 bool put_plain_pair(pair_stream& stream, const json_name& name, wide_view value) {
   const std::string_view key = name.text();
   if (value.size() > short_units) return false;

@@ -1,15 +1,15 @@
 // Writes compact RFC 8259 JSON, pair by pair, without a document tree.
 //
-// Keys and narrow values are UTF-8 and are quoted here, never before. The put operations append one
-// pair and a comma, and return the stream. Nothing is sorted and duplicate keys aren't looked for.
+// Keys and narrow values are UTF-8; the writer quotes them. The put operations append one pair and
+// a comma, and return the stream. Nothing is sorted, and duplicate keys aren't looked for.
 #pragma once
 
 #include "json/pair_stream.h"
 #include "json/plain_text.h"
 #include "platform/wide.h"
 
-// A member's name. One that the program holds itself is looked at when the program is built, and
-// has to need no escape.
+// A member's name. A constant one is checked when the program is compiled, and must not need an
+// escape.
 class json_name {
  public:
   consteval json_name(const char* text) : text_(text), is_plain_(true) {
@@ -33,16 +33,16 @@ pair_stream& json_put_int(pair_stream& stream, std::string_view key, std::int32_
 pair_stream& json_put_string(pair_stream& stream, std::string_view key, std::string_view value);
 pair_stream& json_put_null(pair_stream& stream, std::string_view key);
 
-// The UTF-8 form of `value`, or null when it can't be converted.
+// Puts the UTF-8 form of `value`, or null if it can't be converted.
 pair_stream& json_put_wide(pair_stream& stream, const json_name& key, wide_view value);
 
-// The members of `inner` as one object or array.
+// Puts the members of `inner` as one object or array.
 pair_stream& json_put_object(pair_stream& stream, std::string_view key, const pair_stream& inner);
 pair_stream& json_put_array(pair_stream& stream, std::string_view key, const pair_stream& inner);
 
 // Open a container under a key, or as an element of an array, and close the innermost one: what is
-// put in between are its members. The text is the same as with a stream of its own, which has to be
-// copied. `bracket` is the opening one, and the closing one.
+// put in between are its members. The text is the same as with a stream of its own, but nothing has
+// to be copied. `bracket` is the opening bracket for the one, the closing bracket for the other.
 pair_stream& json_begin(pair_stream& stream, std::string_view key, char bracket);
 pair_stream& json_begin(pair_stream& stream, char bracket);
 pair_stream& json_end(pair_stream& stream, char bracket);
@@ -51,6 +51,6 @@ pair_stream& json_end(pair_stream& stream, char bracket);
 // needs an escape; bytes from 127 up pass unchanged.
 std::string json_quote(std::string_view text);
 
-// The closed container: brackets around the stream's text without its last comma.
+// The finished container: the stream's text in brackets, without its last comma.
 std::string json_close_object(const pair_stream& stream);
 std::string json_close_array(const pair_stream& stream);

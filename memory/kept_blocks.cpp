@@ -20,10 +20,10 @@ constexpr bool keeps_blocks = false;
 constexpr bool keeps_blocks = true;
 #endif
 
-// A page of three hundred inputs needs as many.
+// Enough for a page of three hundred inputs.
 constexpr std::size_t most_kept = 512;
 
-// So many blocks are made for take_block_at_hand before any was given back. A page of forty inputs
+// take_block_at_hand makes this many blocks before any has been given back. A page of forty inputs
 // needs fewer.
 constexpr std::size_t most_made = 128;
 

@@ -1,5 +1,5 @@
 // Memory for trees and bags, in blocks of a kilobyte. One page after the other needs about the same
-// number of them, and the system's allocator keeps only a few of each size. So blocks that were
+// number of them, and the system's allocator keeps only a few of each size. So blocks that are
 // given back are kept for the next page, up to half a megabyte.
 //
 // Any thread may call at any time.
@@ -13,7 +13,7 @@ constexpr std::size_t kept_block_size = 1024;
 // left.
 void* take_block();
 
-// A kept block, or null if none is left. For users that need less than a block: they can ask the
+// A kept block, or null if none is left. For callers that need less than a block: they can ask the
 // system for just their own size instead.
 void* take_block_at_hand();
 

@@ -1,5 +1,5 @@
-// What a large request or notification has used goes back to the system: the allocator would keep
-// it for the next one, which may be days away. Any thread may call at any time.
+// Returns the memory of a large request or notification to the system. The allocator would keep it
+// for the next one, which may be days away. Any thread may call at any time.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,10 @@
 // A block that counts as large, in bytes.
 constexpr std::size_t large_block_size = std::size_t{128} * 1024;
 
-// Tells of memory that ordinary traffic doesn't use, and that was given back to the allocator just
-// now.
+// Records that `size` bytes which ordinary traffic doesn't need have just gone back to the
+// allocator.
 void note_spare_memory(std::size_t size);
 
-// Gives it back to the system, if there is enough of it to be worth a call that looks through all
-// of the allocator's memory. For moments at which a request or a notification is done with.
+// Returns that memory to the system, once there is enough of it to be worth the call, which walks
+// all of the allocator's memory. Called when a request or a notification is done.
 void give_spare_memory_back();

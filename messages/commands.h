@@ -1,4 +1,4 @@
-// The messages that have no page behind them.
+// The messages that don't carry a page.
 #pragma once
 
 #include "messages/message.h"
@@ -10,7 +10,7 @@ class CfMsgOpenUrl final : public message_of<CfMsgOpenUrl, iCfMsg> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgOpenUrl"};
 
-  wide_string uuid;  // goes with the URL to the extension
+  wide_string uuid;  // sent to the extension with the URL
   wide_string url;
 
   bool write(cfOStream& s) override;
@@ -47,7 +47,7 @@ class CfMsgGetSettings final : public message_of<CfMsgGetSettings, iCfMsg> {
   CfDummySettings defaults;
 };
 
-// A command to the store: as made, to lock it.
+// A command to the store; by default, to lock it.
 class CfMsgCfDbCmd final : public message_of<CfMsgCfDbCmd, CfMsgNpcomm> {
  public:
   static constexpr cfName type_name{u"msg::CfMsgCfDbCmd"};

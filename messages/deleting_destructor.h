@@ -1,28 +1,28 @@
 // Slot 0 of every table of the interface: an ordinary virtual function that destroys the object.
 //
 // Compilers disagree on how many slots a virtual C++ destructor takes, so none of these classes has
-// one and nobody uses `delete` on an interface. Whoever gives up an object calls slot 0 through its
-// table, so that the module which made the object also frees its memory.
+// one, and nobody uses `delete` on an interface. Whoever gives up an object calls slot 0 through
+// its table, so that the module that made the object also frees its memory.
 #pragma once
 
 #include <cstdint>
 #include <new>
 
-// The flag with which slot 0 also frees the memory. The other bits mean nothing.
+// With this flag slot 0 also frees the memory. The other bits mean nothing.
 constexpr std::uint32_t free_memory = 1;
 
-// The body of slot 0 for an object of exactly this class, which was made with `new` if `flags` asks
-// for its memory to be freed. Gives where the object lies or lay.
+// The body of slot 0 for an object of exactly this class. The object must have been made with `new`
+// if `flags` asks for its memory to be freed. Returns the object's address, even if it is gone.
 template <class Class>
 void* destroy_by_flags(Class* object, std::uint32_t flags) {
-  // The result is kept as a number: a pointer to memory that was freed may not be used at all.
+  // Kept as a number: a pointer to freed memory may not be used at all.
   const auto address = reinterpret_cast<std::uintptr_t>(object);
   object->Class::~Class();
   if ((flags & free_memory) != 0) ::operator delete(object);
   return reinterpret_cast<void*>(address);  // NOLINT(clang-analyzer-cplusplus.NewDelete)
 }
 
-// The base of a class that implements an interface: gives it slot 0.
+// The base of a class that implements an interface; it provides slot 0.
 //
 //   class my_client final : public implements<my_client, iCfClient> { ... };
 template <class Class, class Interface>

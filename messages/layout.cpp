@@ -1,5 +1,5 @@
-// The layouts that cross the border to the client library, checked with every compiler that builds
-// the host. docs/messages.md shows them as tables.
+// The layouts that cross the boundary to the client library, checked with every compiler that
+// builds the host. docs/messages.md shows them as tables.
 
 #include <cstddef>
 
@@ -11,7 +11,7 @@
 // offsetof only with a warning.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 
-// A friend of those whose fields are private.
+// A friend of the classes whose fields are private.
 struct message_layout {
   static_assert(sizeof(void*) == 8 && sizeof(wide_string) == 32 && sizeof(cfName) == 8);
 

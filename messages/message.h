@@ -26,14 +26,14 @@ class iCfMsg {
   // Destroys the object, and frees its memory if `flags` has free_memory. Called by `release`.
   virtual void* deletingDestructor(std::uint32_t flags) = 0;
 
-  // Drops one reference and frees the object with the last one. Gives the count that is left.
+  // Drops one reference, and frees the object with the last one. Returns the count that is left.
   virtual std::int32_t release() = 0;
 
   // The object itself if its class or one of its bases has this name, else null.
   virtual void* query(const cfName& n);
 
-  // Stores the class's name and gives `result`. A function that returns a class would be called
-  // differently by every compiler.
+  // Stores the class's name and returns `result`. Compilers disagree on how to call a function that
+  // returns a class.
   virtual cfName* nameInto(cfName* result) const;
   cfName name() const {
     cfName result = type_name;
@@ -41,16 +41,16 @@ class iCfMsg {
     return result;
   }
 
-  // Append the whole form to the stream, and fill the object from one. Both give the stream's `ok`;
-  // false, without touching the stream, for a class that has no form. `read` goes through all
-  // fields whatever fails on the way.
+  // Append the whole form to the stream, or fill the object from one. Both return the stream's
+  // `ok`, or false, without touching the stream, for a class that has no form. `read` goes through
+  // all fields, whatever fails on the way.
   virtual bool write(cfOStream& s);
   virtual bool read(cfIStream& s);
 
   // Always 0. Keeps its place in the table for the client library.
   virtual std::int32_t spare();
 
-  // Take and drop a reference and give the new count; a new object has none. decRef never frees.
+  // Take or drop a reference, and return the new count; a new object has none. decRef never frees.
   virtual std::int32_t addRef();
   virtual std::int32_t decRef();
 
@@ -61,8 +61,8 @@ class iCfMsg {
   friend struct message_layout;
 
   std::atomic<std::int32_t> refs{0};
-  // Or some compilers would put the first field of a derived class here, and others would not.
-  std::uint32_t reserved_ = 0;
+  // Without this, some compilers would put the first field of a derived class here.
+  [[maybe_unused]] std::uint32_t reserved_ = 0;
 };
 
 // Base of the messages about a page or the store. Abstract.
@@ -81,8 +81,8 @@ class CfMsgNpcomm : public iCfMsg {
   ~CfMsgNpcomm() = default;
 };
 
-// The base of a concrete message: what all of them do alike. `Class` has a `type_name`; `Base` is
-// iCfMsg or CfMsgNpcomm.
+// The base of a concrete message, with what they all have in common. `Class` has a `type_name`;
+// `Base` is iCfMsg or CfMsgNpcomm.
 template <class Class, class Base>
 class message_of : public implements<Class, Base> {
  public:
@@ -105,7 +105,7 @@ class message_of : public implements<Class, Base> {
   ~message_of() = default;
 };
 
-// Holds one reference on a message for its own lifetime. May hold none.
+// Holds one reference on a message for its own lifetime, or none.
 template <class Message>
 class message_ref {
  public:
@@ -127,7 +127,7 @@ class message_ref {
   Message* operator->() const { return message_; }
   Message& operator*() const { return *message_; }
 
-  // Gives the reference away.
+  // Hands the reference over to the caller.
   [[nodiscard]] Message* detach() { return std::exchange(message_, nullptr); }
 
  private:
@@ -142,6 +142,6 @@ message_ref<Message> make_message(Arguments&&... arguments) {
   return message_ref<Message>(message);
 }
 
-// The type string at the start of a form. Reading one that differs turns the stream's `ok` false.
+// The type string at the start of a form. Reading a different one sets the stream's `ok` to false.
 void write_type(cfOStream& s, const cfName& type);
 void read_type(cfIStream& s, const cfName& type);

@@ -1,4 +1,4 @@
-// Type names: what an object of the message family is asked by.
+// Type names, by which an object of the message family is asked for.
 #pragma once
 
 #include "platform/wide.h"

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The number that a list names, unless what is left of the payload can't hold as many.
+// The count that a list gives, unless the rest of the payload can't hold that many.
 std::size_t likely_count(std::int32_t named, std::size_t bytes_left) {
   const std::size_t possible = std::min(max_listed_bags, bytes_left / sizeof(wide_char));
   return std::min(static_cast<std::size_t>(named), possible);

@@ -29,13 +29,13 @@ class propsW_t final {
   virtual bool empty() const;
   virtual std::uint64_t size() const;
 
-  // Enters a pair whose key is new; false if it isn't.
+  // Adds a pair if its key is new; otherwise returns false.
   virtual bool add(const wide_char* key, const wide_char* value);
 
-  // Lays all pairs of `other` over this bag's.
+  // Sets all pairs of `other` in this bag.
   virtual void merge(const propsW_t& other);
 
-  // Makes this bag a copy of `other`. Its own pairs go first, so that of itself nothing is left.
+  // Makes this bag a copy of `other`. Its own pairs go first, so assigning it to itself empties it.
   virtual void assign(const propsW_t& other);
 
   virtual void clear();
@@ -44,17 +44,18 @@ class propsW_t final {
   virtual bool erase(const wide_char* key);
   virtual bool has(const wide_char* key) const;
 
-  // False, and no change, for a null key, and for a key that is there unless `overwrite` is true. A
+  // False, with no change, for a null key, or for an existing key unless `overwrite` is true. A
   // null value means the empty string.
   virtual bool set(const wide_char* key, const wide_char* value, bool overwrite);
 
   // `set` with overwriting, for texts of known length that hold no zero unit.
   void put(wide_view key, wide_view value) { map_.set(key, value); }
 
-  // The way to fill an empty bag without a search or a copy; text_map tells the rules.
+  // Fills an empty bag without a search or a copy; text_map has the rules.
   text_map::filler fill(std::size_t pairs, std::size_t units) { return {map_, pairs, units}; }
 
-  // The value, good until that pair is changed or erased, or exactly `fallback`, which may be null.
+  // The value, valid until that pair is changed or erased, or exactly `fallback`, which may be
+  // null.
   virtual const wide_char* get(const wide_char* key, const wide_char* fallback) const;
 
   // The pairs, for reading. Two entries of the table do the same.
@@ -68,7 +69,7 @@ class propsW_t final {
   text_map map_;
 };
 
-// Cursor over a map; the map may not change while it is used.
+// Cursor over a map; the map may not change while the cursor is used.
 class propsW_t::const_iterator {
  public:
   explicit const_iterator(const text_map& map) : map_(map), position_(map.begin()) {}
@@ -77,11 +78,11 @@ class propsW_t::const_iterator {
 
   virtual void* deletingDestructor(std::uint32_t flags);
 
-  // Require a position before the end.
+  // The position must be before the end.
   virtual const wide_char* key() const;
   virtual const wide_char* value() const;
 
-  // Move, and give the new position; at the end toNext stays.
+  // Move, and return the new position; at the end toNext stays.
   virtual const text_map::pair* toFirst();
   virtual bool atEnd() const;
   virtual const text_map::pair* toNext();
@@ -93,25 +94,24 @@ class propsW_t::const_iterator {
   const text_map::pair* position_;
 };
 
-// The block in which a bag travels: key and value of each pair, and an empty key as end mark. A
-// pair with an empty key can't travel and is left out.
+// A bag travels as a block: key and value of each pair, then an empty key as the end mark. A pair
+// with an empty key can't travel and is left out.
 void writeBag(cfOStream& stream, const propsW_t& bag);
 
-// Lays the pairs of the next block over the bag's. A block that isn't whole leaves the pairs read
-// so far, and turns the stream's `ok` false. The result is false when not even its first string is
-// there.
+// Sets the pairs of the next block in the bag. A block that isn't whole leaves the pairs read so
+// far and sets the stream's `ok` to false. The result is false if not even the block's first string
+// is there.
 bool readBag(cfIStream& stream, propsW_t& bag);
 
-// Bags that a list may hold, and with it the inputs of a page; none has a use for more. Two bytes,
-// an empty object in JSON or an empty block in a payload, are enough to ask for a bag, which takes
-// several hundred: without a bound a message within its limits could take all memory.
+// The most bags that a list may hold, and so the most inputs of a page; nothing needs more. Two
+// bytes, an empty object in JSON or an empty block in a payload, are enough to ask for a bag, which
+// takes several hundred bytes: without a bound a message within its limits could take all memory.
 constexpr std::size_t max_listed_bags = 65536;
 
 // A list of bags: their number, then a block for each.
 void writeBagList(cfOStream& stream, const std::vector<propsW_t>& list);
 
-// Replaces the list. A number below 1, read as signed, is an empty list. Reading stops where no
-// block begins any more, whatever the number says; it doesn't ask for `ok`, which may have been
-// lost earlier over a field that left the position intact. More than max_listed_bags turn `ok`
-// false.
+// Replaces the list. A number below 1, read as signed, means an empty list. Reading stops where no
+// further block begins, whatever the number says. It doesn't depend on `ok`, which an earlier field
+// may have cleared without losing the position. More than max_listed_bags set `ok` to false.
 void readBagList(cfIStream& stream, std::vector<propsW_t>& list);

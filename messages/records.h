@@ -1,6 +1,6 @@
-// The records of the client library: what it hands to `notify`, answered by `query` to their names.
-// The host reads them in place, so the layouts are fixed. They belong to the library, and nothing
-// is written to them. Bytes named `unused` are the library's own.
+// The records of the client library: what it hands to `notify`, returned by `query` for their
+// names. The host reads them in place, so the layouts are fixed. They belong to the library, and
+// the host writes nothing to them. Bytes named `unused` are the library's own.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include "messages/name.h"
 #include "messages/settings.h"
 
-// The block in which a message of the agent arrives; the payload, which begins with a type string,
+// The block in which a message of the agent arrives. The payload, which begins with a type string,
 // follows it. A packet may lie at any address.
 struct npc_packet {
   unsigned char unused[84];
@@ -45,11 +45,11 @@ struct set_values_record {
   CfSettings settings;
 };
 
-// The bytes of one payload. `length` may be negative, which is as good as 0.
+// The bytes of one payload. A negative `length` counts as 0.
 struct npc_payload {
   const unsigned char* bytes = nullptr;
   std::ptrdiff_t length = 0;
 };
 
-// The payload of a record; an empty one where it points to no packet.
+// The payload of a record; an empty one if it points to no packet.
 npc_payload payload_of(const npc_record& npc);

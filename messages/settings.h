@@ -1,4 +1,4 @@
-// The password manager's settings as named texts. The host renders them and gives them no meaning.
+// The password manager's settings as named texts. The host renders them without interpreting them.
 #pragma once
 
 #include <cstdint>
@@ -6,14 +6,14 @@
 #include "messages/name.h"
 #include "messages/text_map.h"
 
-// What CfSettings::dump hands its pairs to; null where nobody shows them. The host sets it at its
-// start, so that neither the bags nor a library that uses them know the diagnostics.
+// Receives the pairs of CfSettings::dump; null if nobody shows them. The host sets it at start, so
+// that neither the bags nor a library that uses them depend on the diagnostics.
 extern void (*settings_dump)(const text_map& pairs, const wide_char* prefix);
 
-// Unique keys, case-sensitive, in the order of text_map; no empty ones. Not a propsW_t: it differs
-// in its operations. Keys and values on this interface are terminated wide strings. The order of
-// the virtual functions is part of the interface to the client library. No lock: a bag belongs to
-// one message or record, which doesn't change once it has been handed over.
+// Unique keys, case-sensitive, in the order of text_map; no empty ones. Not a propsW_t, whose
+// operations differ. Keys and values on this interface are terminated wide strings. The order of
+// the virtual functions is part of the interface to the client library. There is no lock: a bag
+// belongs to one message or record, which doesn't change once it has been handed over.
 class CfSettings {
  public:
   class const_iterator;
@@ -24,16 +24,16 @@ class CfSettings {
 
   virtual void* deletingDestructor(std::uint32_t flags);
 
-  // Makes this bag a copy of `other`. Its own pairs go first, so that of itself nothing is left.
+  // Makes this bag a copy of `other`. Its own pairs go first, so assigning it to itself empties it.
   virtual void assign(const CfSettings& other);
 
-  // Lays all pairs of `other` over this bag's.
+  // Sets all pairs of `other` in this bag.
   virtual void merge(const CfSettings& other);
 
   // Frees a bag that was made with new.
   virtual void destroy();
 
-  // Stores the class's name and gives `result`, as iCfMsg does.
+  // Stores the class's name and returns `result`, like iCfMsg.
   virtual cfName* nameInto(cfName* result) const;
   cfName name() const {
     cfName result(nullptr);
@@ -43,13 +43,13 @@ class CfSettings {
 
   virtual void clear();
 
-  // False, and no change, for a null or empty key. A null value removes the pair, if there is one.
+  // False, with no change, for a null or empty key. A null value removes the pair, if there is one.
   virtual bool set(const wide_char* key, const wide_char* value);
 
-  // Gives the key the empty string. False for a null or empty key.
+  // Sets the value of the key to the empty string. False for a null or empty key.
   virtual bool setEmpty(const wide_char* key);
 
-  // The value, good until that pair is changed or removed, or null.
+  // The value, valid until that pair is changed or removed, or null.
   virtual const wide_char* get(const wide_char* key) const;
 
   virtual std::uint64_t size() const;
@@ -58,11 +58,11 @@ class CfSettings {
   virtual const text_map& map();
   virtual const text_map& map() const;
 
-  // Hands the pairs to settings_dump, with `prefix`, which may be null.
+  // Passes the pairs, and `prefix`, which may be null, to settings_dump.
   virtual void dump(const wide_char* prefix) const;
 
  protected:
-  // Enters a pair whatever `set` of a derived class does.
+  // Stores a pair even if a derived class's `set` refuses changes.
   void enter(wide_view key, wide_view value) { map_.set(key, value); }
 
  private:
@@ -71,7 +71,7 @@ class CfSettings {
   text_map map_;
 };
 
-// A bag that is born with the sixteen defaults and refuses changes by `set`.
+// A bag that starts with the sixteen defaults and refuses changes by `set`.
 class CfDummySettings final : public CfSettings {
  public:
   CfDummySettings();
@@ -80,7 +80,7 @@ class CfDummySettings final : public CfSettings {
   bool set(const wide_char* key, const wide_char* value) override;
 };
 
-// Cursor over a map; the map may not change while it is used.
+// Cursor over a map; the map may not change while the cursor is used.
 class CfSettings::const_iterator {
  public:
   explicit const_iterator(const text_map& map) : map_(map), position_(map.begin()) {}
@@ -92,12 +92,12 @@ class CfSettings::const_iterator {
   // Frees a cursor that was made with new.
   virtual void destroy();
 
-  // Move, and give the new position; at the end toNext stays.
+  // Move, and return the new position; at the end toNext stays.
   virtual const text_map::pair* toFirst();
   virtual bool atEnd() const;
   virtual const text_map::pair* toNext();
 
-  // Require a position before the end.
+  // The position must be before the end.
   virtual const wide_char* key() const;
   virtual const wide_char* value() const;
 

@@ -4,25 +4,22 @@
 #include <cstring>
 
 #include "messages/deleting_destructor.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "platform/portable/vectors.h"
 
 static_assert(std::endian::native == std::endian::little,
               "fields go between memory and payload as they are");
 
 namespace {
 
-// Bytes in front of the first zero unit; beyond all whole units where there is none. Eight units
-// are looked at together where the processor can, or four in one word: the top bit of a unit shows
-// in `zeros` if it becomes negative by one less, and wasn't before. A borrow can only set bits
-// above the lowest one found, so that one is exact.
+// Bytes before the first zero unit; if there is none, the bytes of all whole units. Eight units are
+// looked at together where the processor can, otherwise four in one word. There a unit shows in
+// `zeros` if subtracting one makes it negative and it wasn't before. A borrow can only set bits
+// above the lowest one found, so the lowest one is exact.
 std::ptrdiff_t zero_unit_offset(const unsigned char* bytes, std::ptrdiff_t size) {
   constexpr std::uint64_t ones = 0x0001000100010001;
   constexpr std::uint64_t tops = 0x8000800080008000;
   std::ptrdiff_t at = 0;
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
   for (; size - at >= 16; at += 16) {
     const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
     const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi16(units, _mm_setzero_si128()));
@@ -59,7 +56,7 @@ payload_text cfIStream::readWide() {
   const auto bytes_left = static_cast<std::ptrdiff_t>(left());
   const auto* const bytes = reinterpret_cast<const unsigned char*>(cursor);
   const std::ptrdiff_t size = zero_unit_offset(bytes, bytes_left);
-  // A unit that straddles the end is never looked at: the terminator has to lie inside.
+  // A unit that crosses the end is never looked at: the terminator has to lie inside.
   if (bytes_left - size < unit_size) {
     ok = false;
     return {};

@@ -1,7 +1,7 @@
 // The byte streams that messages are read from and written to.
 //
-// A payload is a plain concatenation of fields: wide strings as their UTF-16 code units, low byte
-// first, with a zero unit behind; integers as 4 bytes, low byte first. Nothing is aligned.
+// A payload is a plain sequence of fields: wide strings as their UTF-16 code units, low byte first,
+// followed by a zero unit; integers as 4 bytes, low byte first. Nothing is aligned.
 // docs/messages.md describes the forms.
 #pragma once
 
@@ -11,26 +11,26 @@
 #include "platform/wide.h"
 
 // A terminated wide string inside a payload: where it starts, possibly at an odd address, and its
-// length in code units without the terminator. A default one stands for a string that wasn't there.
+// length in code units without the terminator. A default one means that there was no string.
 struct payload_text {
   const unsigned char* bytes = nullptr;
   std::size_t length = 0;
 
   explicit operator bool() const { return bytes != nullptr; }
   bool empty() const { return length == 0; }
-  // Compares every code unit, so that no prefix matches.
+  // Compares all code units; a prefix doesn't match.
   bool operator==(wide_view text) const;
   wide_string str() const;
 };
 
-// Reader over one payload, whose bytes it doesn't own. A field that isn't whole turns `ok` false
-// for good; later reads go on harmlessly. Used by one thread.
+// Reader of one payload, whose bytes it doesn't own. A field that isn't whole sets `ok` to false
+// for good; later reads are harmless. Used by one thread.
 //
-// The host and the client library hand streams to each other and use the fields in place. They are
-// addresses kept as numbers: `cursor` may pass the end of the payload.
+// The host and the client library pass streams to each other and use the fields in place. The
+// fields are addresses kept as numbers: `cursor` may pass the end of the payload.
 class cfIStream {
  public:
-  // A `length` of 0 or less is a payload without bytes.
+  // A `length` of 0 or less means an empty payload.
   cfIStream(const unsigned char* bytes, std::ptrdiff_t length)
       : begin(reinterpret_cast<std::uintptr_t>(bytes)),
         end(begin + static_cast<std::uintptr_t>(length > 0 ? length : 0)),
@@ -48,44 +48,44 @@ class cfIStream {
   // Bytes that haven't been read.
   std::size_t left() const { return cursor < end ? end - cursor : 0; }
 
-  // The next string, or none when its terminator doesn't lie wholly inside the payload.
+  // The next string, or none if its terminator doesn't lie wholly inside the payload.
   payload_text readWide();
 
-  // The same string into `target`, which becomes empty where there is none.
+  // Reads the next string into `target`, which becomes empty if there is none.
   cfIStream& readWide(wide_string& target);
 
-  // The next 4 bytes into `target`, which keeps its value where there aren't as many. The position
+  // Reads the next 4 bytes into `target`, which keeps its value if there are fewer. The position
   // moves on by 4 in any case.
   cfIStream& readU32(std::uint32_t& target);
   cfIStream& readU32(std::int32_t& target);
 };
 
-// What takes the bytes of an outgoing message: an object of the client library. The library may
-// give its sinks more operations behind these two.
+// Takes the bytes of an outgoing message: an object of the client library. The library may give its
+// sinks more operations after these two.
 class cfSink {
  public:
   virtual void* deletingDestructor(std::uint32_t flags) = 0;
 
-  // False when the bytes weren't taken.
+  // False if the bytes weren't taken.
   virtual bool write_bytes(const void* bytes, std::uint64_t size) = 0;
 
  protected:
   ~cfSink() = default;
 };
 
-// The writer that the client library hands to `write`. Its object, used in place: the layout is
-// fixed.
+// The writer that the client library hands to `write`. The object is the library's and used in
+// place, so the layout is fixed.
 struct cfOStream {
   std::uint64_t reserved1;
   cfSink* sink;
   unsigned char reserved2;
   unsigned char ok;  // nonzero: no failure so far
 
-  // The one way of writing: one call of the sink, and none after the first failure. Without a sink
-  // every call fails.
+  // All writing goes through this: one call of the sink, and none after the first failure. Without
+  // a sink every call fails.
   void putBytes(const void* data, std::size_t size);
 
-  // One string with its terminator, which `text` must have behind it.
+  // One string with its terminator, which must follow `text` in memory.
   void putWide(wide_view text);
   void putU32(std::uint32_t value);
 };

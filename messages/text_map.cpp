@@ -59,7 +59,7 @@ const text_map::pair* text_map::find(wide_view key) const {
 }
 
 void text_map::set(wide_view key, wide_view value) {
-  // A bag that is filled in key order needs no search.
+  // Adding in key order needs no search.
   pair* const position =
       empty() || pairs_[size_ - 1].key_text() < key ? pairs_ + size_ : lower_bound(key);
   if (!matches(position, key)) {
@@ -67,12 +67,12 @@ void text_map::set(wide_view key, wide_view value) {
     return;
   }
   if (value.size() > position->value_capacity) {
-    // Twice the room: the old rooms of a value that keeps growing add up to no more than its size.
+    // Twice the size: then all the old rooms of a growing value take no more than the value itself.
     const std::size_t capacity = 2 * value.size();
     position->value = take_room(capacity + 1);
     position->value_capacity = static_cast<std::uint32_t>(capacity);
   }
-  // The room is the map's own and const only for readers. The new value may be a part of the old
+  // The room is the map's own; it is const only for readers. The new value may be part of the old
   // one. If there is no room, both values are empty.
   if (position->value_capacity > 0) {
     auto* const room = const_cast<wide_char*>(position->value);
@@ -115,7 +115,7 @@ bool text_map::matches(const pair* position, wide_view key) const {
   return position != pairs_ + size_ && position->key_text() == key;
 }
 
-// Copies both texts, which may lie at odd addresses, into one piece of room.
+// Copies both texts, which may lie at odd addresses, into one room.
 text_map::pair text_map::make_pair(const void* key, std::size_t key_length, const void* value,
                                    std::size_t value_length) {
   wide_char* const key_room = take_room(key_length + value_length + 2);
@@ -208,7 +208,7 @@ text_map::batch::~batch() {
 text_map::filler::filler(text_map& map, std::size_t pairs, std::size_t units) : map_(map) {
   constexpr std::size_t pair_units = sizeof(pair) / sizeof(wide_char);
   map.add_block(pairs * pair_units + units);
-  // A new block begins where pairs may lie.
+  // A new block starts at an address that suits pairs.
   map.pairs_ = reinterpret_cast<pair*>(map.take_room(pairs * pair_units));
   map.capacity_ = static_cast<std::uint32_t>(pairs);
 }

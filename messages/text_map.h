@@ -3,8 +3,8 @@
 // memory that never move; one block is usually enough.
 //
 // Keys compare by UTF-16 code unit as unsigned numbers, so surrogates sort before U+E000 and
-// capitals before small letters. A pointer to a key or value stays good until that pair is changed
-// or erased, whatever else is added. Memory of erased pairs comes back when the map is cleared or
+// capitals before small letters. A pointer to a key or value stays valid until that pair is changed
+// or erased, whatever else is added. Memory of erased pairs is freed when the map is cleared or
 // destroyed.
 #pragma once
 
@@ -54,10 +54,10 @@ class text_map {
   // The pair of a key, or null.
   const pair* find(wide_view key) const;
 
-  // Enters the pair, or replaces the value of a key that is there.
+  // Adds the pair, or replaces the value of an existing key.
   void set(wide_view key, wide_view value);
 
-  // Lays copies of all pairs of `other` over these.
+  // Sets copies of all pairs of `other` in this map.
   void merge(const text_map& other);
 
   // True if the key was there.
@@ -81,7 +81,7 @@ class text_map {
   void assign(const text_map& other);
   void swap(text_map& other) noexcept;
 
-  // These two are the map for a reader on the other side of the interface.
+  // A reader on the other side of the interface sees the map by these two.
   pair* pairs_ = nullptr;
   std::uint32_t size_ = 0;
 
@@ -90,7 +90,7 @@ class text_map {
   wide_char* free_ = nullptr;  // first unused unit of the newest block
 };
 
-// Enters many pairs in any order, in O(n log n). Of equal keys the last one wins, also over a pair
+// Adds many pairs in any order, in O(n log n). Of equal keys the last one wins, even over a pair
 // that the map held before. The map may not be used while a batch is open on it.
 class text_map::batch {
  public:
@@ -106,12 +106,12 @@ class text_map::batch {
   bool ordered_ = true;  // each key so far is above the one before it
 };
 
-// Fills an empty map in key order. Keys are constants of the program, and values are made in the
-// map's own memory. The map may not be used while a filler is open on it.
+// Fills an empty map in key order. Keys are constants of the program; values are made in the map's
+// own memory. The map may not be used while a filler is open on it.
 class text_map::filler {
  public:
-  // Takes memory for so many pairs, and for values of `units` in all, terminators included. No more
-  // than that may be kept and added.
+  // Allocates memory for `pairs` pairs, and for values of `units` in all, terminators included. No
+  // more than that may be kept and added.
   filler(text_map& map, std::size_t pairs, std::size_t units);
   filler(const filler&) = delete;
   filler& operator=(const filler&) = delete;
@@ -127,7 +127,7 @@ class text_map::filler {
     return {text, units};
   }
 
-  // Requires a key above all before it, and a value that is empty or came from `keep`.
+  // The key must be above all before it, and the value empty or a result of `keep`.
   void add(wide_view key, wide_view value) {
     const auto length = static_cast<std::uint32_t>(value.size());
     map_.pairs_[map_.size_++] = {key.data(), value.empty() ? u"" : value.data(),

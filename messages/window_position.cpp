@@ -7,7 +7,7 @@ bool CfWndPos::write(cfOStream& s) const {
   return s.ok != 0;
 }
 
-// A word that isn't there reads as zero.
+// A missing word reads as zero.
 bool CfWndPos::read(cfIStream& s) {
   flags = 0;
   x = y = 0;

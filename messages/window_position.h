@@ -8,7 +8,7 @@
 constexpr std::uint32_t position_stored = 3;
 
 // A position on the screen, in pixels. The order of the virtual functions is part of the interface.
-// It has no slot for a deleting destructor: a message holds it as a member.
+// There is no slot for a deleting destructor: a message holds the position as a member.
 struct CfWndPos {
   std::uint32_t flags = 0;  // 0: no position
   std::int32_t x = 0;

@@ -1,5 +1,5 @@
-// A mutex whose use clang checks: what it guards is said where it is declared, and a build by clang
-// fails where that is touched without the lock. The standard one isn't marked for this.
+// A mutex whose use Clang checks. Declarations say what it guards, and a Clang build fails where
+// that is touched without the lock. std::mutex isn't annotated for this.
 #pragma once
 
 #include <mutex>
@@ -10,9 +10,9 @@
 #define CHECKED_BY_CLANG(attribute)
 #endif
 
-// Behind a member: touched by holders of the mutex alone.
+// On a member: only holders of the mutex may touch it.
 #define GUARDED_BY(mutex) CHECKED_BY_CLANG(guarded_by(mutex))
-// Behind a function or the parameters of a lambda: called by holders of the mutex alone.
+// On a function or behind a lambda's parameters: only holders of the mutex may call it.
 #define REQUIRES(mutex) CHECKED_BY_CLANG(requires_capability(mutex))
 
 class CHECKED_BY_CLANG(capability("mutex")) checked_mutex {
@@ -32,7 +32,7 @@ class CHECKED_BY_CLANG(scoped_lockable) checked_lock {
   checked_lock(const checked_lock&) = delete;
   checked_lock& operator=(const checked_lock&) = delete;
 
-  // For the waits of a condition variable, which hold the mutex again when they return.
+  // For waiting on a condition variable. When the wait returns, the mutex is held again.
   std::unique_lock<std::mutex>& native() { return lock_; }
 
  private:

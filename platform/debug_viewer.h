@@ -6,19 +6,19 @@
 
 namespace platform {
 
-// Receives the lines that the user's hosts write while it lives; there is one per user. What was
-// written before is gone, and so are lines that come faster than they are taken.
+// Receives the lines that the user's hosts write while it exists. There is one viewer per user.
+// Earlier lines are lost, and so are lines that come faster than they are received.
 class debug_viewer {
  public:
-  // Null, with the reason and what to do about it in `error`, if there is no place to listen or
-  // another viewer listens already. To be called before the process starts threads, and once: from
-  // then on the user's request to end the process ends `receive` instead, and a closed reader of
-  // standard output is a failed write. A second request ends the process at once.
+  // Null, with the reason and a remedy in `error`, if there is no place to listen or another viewer
+  // is listening already. Call it once, before the process starts threads. From then on the user's
+  // request to end the process ends `receive` instead, and a second request ends the process at
+  // once. A write to standard output whose reader has gone fails.
   static std::unique_ptr<debug_viewer> open(std::string& error);
   virtual ~debug_viewer() = default;
 
-  // Waits for the next line; a very long one arrives cut. False when the process is asked to end,
-  // or nothing more can be received.
+  // Waits for the next line; a very long one is cut. False when the process is asked to end, or if
+  // nothing more can be received.
   virtual bool receive(std::string& line) = 0;
 };
 

@@ -1,4 +1,4 @@
-// Marks what a library shows to those who load it; everything else is its own.
+// Marks what a library exports; everything else stays hidden.
 #pragma once
 
 #ifdef _WIN32

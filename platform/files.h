@@ -1,5 +1,5 @@
-// Files and folders, for the companion programs and the development agent. Paths are in the code
-// page of the program, and a text "error" is for people: it tells what failed and why.
+// Files and folders, for the companion programs and the development agent. Paths are in the
+// program's code page. `error` receives a text for people: what failed and why.
 #pragma once
 
 #include <cstddef>
@@ -29,21 +29,21 @@ struct file_facts {
 // What is at `path` once links are followed.
 file_facts look_at(const std::string& path);
 
-// What a program that is started by `path` takes for its own file: where systems follow links at
-// the start, the file that they lead to; elsewhere `path`.
+// The file that a program started as `path` takes for its own: on systems that follow links at the
+// start, the file that they lead to; elsewhere `path`.
 std::string started_file(const std::string& path);
 
 // True with the whole content, false when the file can't be read or is longer than `limit` bytes.
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error);
 
-// Who may look into folders that are made. Those of a user's settings are where programs keep what
-// is the user's alone.
+// Who may look into folders that are created. Programs keep what is the user's alone in the folders
+// of a user's settings.
 enum class folder_readers { owner, everybody };
 
-// Puts the file there in one step: readers find the old content or the new one. Folders that are
-// missing are made, on Windows with the rights of the folder around them. Everybody may read the
-// file, only the owner may write it.
+// Writes the file in one step: readers find the old content or the new. Missing folders are
+// created, on Windows with the rights of the folder around them. Everybody may read the file; only
+// the owner may write it.
 bool write_file(const std::string& path, const std::string& content, folder_readers readers,
                 std::string& error);
 

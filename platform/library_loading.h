@@ -1,5 +1,5 @@
-// Loading a library to find out whether and why not the host can load it. For the companion
-// programs; the host has load_library.
+// Loads a library to find out whether the host can load it and, if not, why. For the companion
+// programs; the host uses load_library.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@ namespace platform {
 
 struct load_attempt {
   module_handle module = nullptr;  // null if it can't be loaded
-  std::string error;               // what the system says then; may be empty
-  std::string missing;  // name of the library that it needs and that isn't found, if known
+  std::string error;               // the system's reason then; may be empty
+  std::string missing;             // the needed library that isn't found, if its name is known
 };
 
-// Loads the library at this absolute path as a host does that lies beside it. Once in a process:
-// on some systems what is loaded later is looked for beside the library too.
+// Loads the library at this absolute path as a host beside it would. Call it once per process: on
+// some systems later libraries are searched for beside this one too.
 load_attempt try_to_load(const std::string& path);
 
 }  // namespace platform

@@ -16,45 +16,44 @@ namespace platform {
 // --- Standard streams and process end ------------------------------------------------------------
 
 // Keeps the memory of this process, which holds passwords, out of what the system stores or sends
-// when a process crashes. Called first thing.
+// when a process crashes. Called first.
 void forbid_memory_dumps();
 
-// Makes sure that no file which the process opens later can take the place of a standard stream
-// that it was started without. Called once, before anything is opened.
+// Makes sure that no file opened later can take the place of a standard stream that the process was
+// started without. Called once, before anything is opened.
 void occupy_standard_streams();
 
-// Lets raw bytes pass through standard output and standard input, in transfers that wait, and turns
-// a reader that has gone away into a failed write instead of the end of the process. Called once,
-// before any transfer.
+// Makes standard output and standard input binary and blocking, and turns a reader that has gone
+// away into a failed write instead of the end of the process. Called once, before any transfer.
 void prepare_standard_streams();
 
-// Waits until there is something to read, or no more to come, when a read has failed with EAGAIN:
-// somebody who shares the input, as a program does that the library has started, may have turned
-// its waiting off. False where that can't happen.
+// Called when a read has failed with EAGAIN: waits until there is something to read, or the input
+// has ended. A program that shares the input, such as one that the library has started, may have
+// made it non-blocking. False where that can't happen.
 bool wait_for_input(std::FILE* input);
 
-// What has been read of `input` and not been taken from its stream yet, in bytes. For the thread
-// that reads it.
+// How many bytes of `input` have been read but not yet taken from its stream. For the thread that
+// reads it.
 std::size_t read_ahead(std::FILE* input);
 
-// Tells whether the program still has to serve something that arrived, when so many bytes of
-// standard input are unread. May be asked on any thread.
+// Whether the program still has to serve something that arrived, given that `unread` bytes of
+// standard input are unread. May be called on any thread.
 using input_question = bool (*)(std::size_t unread);
 
-// Waits until `output` takes `size` bytes, which are then written to it, without making the writer
-// wait, or fails at once because its reader has gone. False when standard input has ended and
-// nothing of it has to be served any more, and `output` has taken nothing for `timeout` since:
-// nobody is left to read. Always true at once on a system that can't tell. One thread at a time.
+// Waits until `output` can take `size` bytes, which are then written to it, without blocking, or
+// until its reader has gone and the write fails at once. False if nobody is left to read: standard
+// input has ended, nothing of it remains to be served, and `output` has taken nothing for `timeout`
+// since. Always true at once on a system that can't tell. One thread at a time.
 bool wait_for_output(std::FILE* output, std::size_t size, input_question has_to_serve,
                      std::chrono::milliseconds timeout);
 
-// Ends the process as a return from main does, with the exit actions, and at once when these take
-// longer than `limit`, whatever a library did to signals. After them, threads that a library still
-// has can't hold it up.
+// Ends the process as a return from main does, with the exit actions, but at once if these take
+// longer than `limit`, whatever a library did to signals. Threads that a library still has after
+// them can't hold it up.
 [[noreturn]] void end_process(int exit_value, std::chrono::milliseconds limit);
 
 // Keeps the calling thread from being cancelled until `allow_cancellation` is given the result: a
-// thread that is cancelled in the middle of the host's code would take the process with it.
+// thread cancelled inside the host's code would take the process with it.
 int forbid_cancellation();
 void allow_cancellation(int as_before);
 
@@ -71,13 +70,13 @@ struct config_key {
   wide_view key;
 };
 
-// Copies the value into `out`, cut to `capacity` - 1 units, and terminates it. Gives the units
-// copied: 0 when there is no such file, section or key, or it can't be read; `capacity` - 1 when
-// the value was cut. Requires `capacity` of at least 1.
+// Copies the value into `out`, cut to `capacity` - 1 units, and terminates it. Returns the units
+// copied: 0 if there is no such file, section or key, or if it can't be read; `capacity` - 1 if the
+// value was cut. Requires `capacity` of at least 1.
 std::size_t config_value(const config_key& key, wide_char* out, std::size_t capacity);
 
-// The decimal integer at the start of a terminated text: leading blanks and a sign are accepted,
-// the first foreign character ends it, and 0 stands for none. Saturates at the ends of 32 bits.
+// The decimal integer at the start of a terminated text. Leading blanks and a sign are accepted,
+// the first other character ends it, and no digits give 0. Saturates at the limits of 32 bits.
 std::int32_t leading_integer(const wide_char* text);
 
 // --- Diagnostics ---------------------------------------------------------------------------------
@@ -104,13 +103,13 @@ module_handle own_module();
 // the folder can't be found out.
 wide_string library_path_beside(module_handle module, wide_view name);
 
-// From here on libraries that something asks for by name alone come from the folder of the
-// executable and from the system's, never from the working directory or a search path. Called
-// before any library is loaded. Nothing to do where names are never looked for there.
+// From here on libraries that are loaded by name alone come from the folder of the executable and
+// from the system's, never from the working directory or a search path. Called before any library
+// is loaded. Does nothing where names are never looked for there.
 void restrict_library_search();
 
-// Loads the library at exactly this path, without any search; what it needs itself comes from its
-// own folder or the system's, where the system lets that be chosen. Null on failure.
+// Loads the library at exactly this path, without any search. Where the system lets that be chosen,
+// the libraries that it needs come from its own folder or the system's. Null on failure.
 module_handle load_library(const wide_string& path);
 
 // The address of an exported function, or null.
@@ -131,21 +130,21 @@ bool cursor_position(screen_point& point);
 
 // --- Random numbers ------------------------------------------------------------------------------
 
-// The next number, of 0 to 32767 at least, from one sequence for all threads. It isn't seeded: each
-// process goes through the same one.
+// The next number from one sequence for all threads, in a range of at least 0 to 32767. The
+// sequence isn't seeded: each process goes through the same one.
 int random_number();
 
 // --- Text conversion -----------------------------------------------------------------------------
 
-// UTF-8 to UTF-16 and back. Neither fails on malformed text: on the way in each maximal subpart of
-// an ill-formed sequence (Unicode 3.9, U+FFFD substitution) becomes U+FFFD, where the system has no
-// conversion of its own that does it differently; but a surrogate coded in three bytes becomes that
-// code unit everywhere, so that a pair coded one by one joins into the character it means. On the
-// way out a lone surrogate becomes U+FFFD.
+// UTF-8 to UTF-16 and back. Malformed text is no failure. On the way in, each maximal subpart of an
+// ill-formed sequence becomes U+FFFD (Unicode 3.9), except where the system's own conversion does
+// it differently. A surrogate coded in three bytes becomes that code unit on every system, so that
+// a pair coded one by one joins into the character it means. On the way out, a lone surrogate
+// becomes U+FFFD.
 //
-// `out` must have room for the longest possible result, which is `length` units for the first and
-// 3 * `length` bytes for the second. No terminator is read or written. The result is the number of
-// elements written; 0 for a text that isn't empty means that the system refused the conversion.
+// `out` must have room for the longest possible result: `length` units for the first, 3 * `length`
+// bytes for the second. No terminator is read or written. The result is the number of elements
+// written; 0 for a non-empty text means that the system refused the conversion.
 std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out);
 std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out);
 

@@ -9,8 +9,8 @@
 
 namespace platform {
 
-// The files in the browser's folders for policies, in the order of the folders and of their names;
-// none on systems that have policies in the registry alone. `root` as in place_of.
+// The policy files in the browser's folders, ordered by folder and then by name; none on systems
+// that keep policies in the registry alone. `root` as in place_of.
 std::vector<std::string> policy_files(const browser_places& browser, const std::string& root);
 
 // A policy in the registry.
@@ -19,7 +19,7 @@ struct registry_policy {
   std::vector<std::string> values;  // a list's, or the only one; numbers in decimal
 };
 
-// Nothing if the registry, or this system, hasn't it.
+// Nothing if the registry doesn't have it, or if this system has no registry.
 std::optional<registry_policy> policy_in_registry(const browser_places& browser,
                                                   registration_scope scope, const char* name);
 

@@ -1,4 +1,4 @@
-// A new file for what only its user may see, written as it comes.
+// A new file that only its user may see, written as data comes in.
 #pragma once
 
 #include <memory>
@@ -9,14 +9,13 @@ namespace platform {
 
 class private_file {
  public:
-  // Makes the file, which nobody but its user may read or write. Null, with the reason in `error`,
-  // if that fails; `exists` then tells whether something is there already, be it a link that leads
-  // nowhere.
+  // Creates the file; nobody but its user may read or write it. Null, with the reason in `error`,
+  // on failure; `exists` then tells whether something is there already, even a dangling link.
   static std::unique_ptr<private_file> create(const std::string& path, bool& exists,
                                               std::string& error);
   virtual ~private_file() = default;
 
-  // Adds the text at the end. False, with the reason in `error`, if not all of it got there.
+  // Appends the text. False, with the reason in `error`, if not all of it was written.
   virtual bool append(std::string_view text, std::string& error) = 0;
 };
 

@@ -1,4 +1,4 @@
-// What a process occupies of the machine, for measurements.
+// The resources that a process uses, for measurements.
 #pragma once
 
 #include <cstddef>
@@ -6,13 +6,13 @@
 
 namespace platform {
 
-// Memory of the process that is in use, in bytes; 0 if it has ended or can't be looked at.
+// Memory of the process that is in use, in bytes; 0 if it has ended or can't be examined.
 std::size_t resident_memory(std::int64_t process_id);
 
-// The most that it ever was.
+// The most that it ever was, likewise.
 std::size_t peak_memory(std::int64_t process_id);
 
-// Files of the process that are open (on Windows: handles), and its threads; 0 likewise.
+// How many files the process has open (on Windows: handles), and how many threads; 0 likewise.
 std::size_t open_files(std::int64_t process_id);
 std::size_t running_threads(std::int64_t process_id);
 

@@ -8,8 +8,8 @@ namespace platform {
 
 enum class registration_scope { user, system };
 
-// What one browser uses on all systems; each system takes what is its own. Where several values are
-// allowed, a colon separates them.
+// What one browser uses on all systems; each system takes what applies to it. Where several values
+// are allowed, a colon separates them.
 struct browser_places {
   const char* user_folder;     // below the folder of users' settings, or with "~/" the home folder
   const char* system_folder;   // absolute
@@ -30,29 +30,30 @@ struct manifest_place {
   registration_scope scope = registration_scope::user;
 };
 
-// The place of the manifest `name`. On systems without a registry all folders are seen below
-// `root`, if that isn't empty. An empty file where there is none: the environment doesn't tell the
-// user's folders, or the system has no other roots.
+// The place of the manifest `name`. On systems without a registry all folders are looked for below
+// `root`, unless that is empty. The file is empty if there is no place: the environment doesn't
+// name the user's folders, or the system doesn't support other roots.
 manifest_place place_of(const browser_places& browser, const std::string& name,
                         registration_scope scope, const std::string& root);
 
-// The place in a folder that somebody names, or in that of a browser in the sandbox of a Flatpak;
-// empty on systems where a browser doesn't look there.
+// The place in a folder that the user names, or in that of a browser in a Flatpak sandbox; empty on
+// systems where browsers don't look there.
 manifest_place place_in_folder(const std::string& folder, const std::string& name);
 manifest_place place_in_flatpak(const browser_places& browser, const std::string& name,
                                 const std::string& root);
 
-// Where systems without a registry keep what `path` names: below `root` if that isn't empty, and
-// with "~/" in front below the home folder. Empty elsewhere, and without a home folder.
+// Where `path` lies on systems without a registry: below `root` unless that is empty, and below the
+// home folder if it begins with "~/". Empty elsewhere, and without a home folder.
 std::string path_in_system(const std::string& path, const std::string& root);
 
-// What a manifest in `file` means by the path `named` of a host; empty if that is no good.
+// The host that a manifest in `file` means by `named`; empty if browsers don't accept that.
 std::string host_of_manifest(const std::string& file, const std::string& named);
 
-// The file that a browser takes for this place, there or not; empty if nothing is registered.
+// The file that a browser uses for this place, whether it exists or not; empty if nothing is
+// registered.
 std::string registered_file(const manifest_place& place);
 
-// Makes the registry name the place's file, or nothing; done at once where there is no registry.
+// Make the registry name the place's file, or no file. Without a registry there is nothing to do.
 bool add_registration(const manifest_place& place, std::string& error);
 bool remove_registration(const manifest_place& place, std::string& error);
 
@@ -65,8 +66,8 @@ struct browser_traces {
 
 browser_traces traces_of(const browser_places& browser, const std::string& root);
 
-// True if this program runs for a user other than the one who asked for it, so that a registration
-// for "the user" goes to somebody unexpected.
+// True if this program runs as a user other than the one who asked for it, so that a registration
+// for "the user" would go to the wrong one.
 bool runs_for_somebody_else();
 
 }  // namespace platform

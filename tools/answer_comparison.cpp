@@ -5,12 +5,12 @@
 
 namespace {
 
-// What is shown on either side of the first byte that differs.
+// How much is shown before and from the first byte that differs.
 constexpr std::size_t bytes_before = 30;
 constexpr std::size_t bytes_shown = 80;
 
-// The name of the first member, which is what a notification is called by.
-std::string kind_of(const std::string& text) {
+// The name of the first member, which names the notification.
+std::string name_of(const std::string& text) {
   const std::size_t end = text.starts_with("{\"") ? text.find('"', 2) : std::string::npos;
   return end == std::string::npos ? "other" : text.substr(2, end - 2);
 }
@@ -29,7 +29,7 @@ std::string difference(const std::string& recorded, const std::string& received)
 void answer_comparison::add(const std::string& message, std::vector<std::string> answers::*list) {
   std::string error;
   const std::string text = message_text(message, rules_, error).value_or(error);
-  (by_kind_[kind_of(text)].*list).push_back(text);
+  (by_kind_[name_of(text)].*list).push_back(text);
 }
 
 std::vector<std::string> answer_comparison::differences() const {

@@ -1,5 +1,5 @@
-// Whether a host says what another one said. Of each kind of notification the order counts; between
-// two kinds it doesn't, since they may come from different threads.
+// Compares what two hosts say. The order counts within each kind of notification, but not between
+// kinds, since those may come from different threads.
 #pragma once
 
 #include <map>
@@ -10,13 +10,13 @@
 
 class answer_comparison {
  public:
-  // What a capture doesn't hold isn't compared.
+  // Values aren't compared unless the capture has them.
   explicit answer_comparison(bool with_values) : rules_{!with_values, true} {}
 
   void add_recorded(const std::string& message) { add(message, &answers::recorded); }
   void add_received(const std::string& message) { add(message, &answers::received); }
 
-  // A line for each difference.
+  // One line for each difference.
   std::vector<std::string> differences() const;
 
  private:

@@ -75,7 +75,7 @@ std::string comment_of(const capture_item& item) {
          (item.reason.empty() ? "" : "; not all is recorded: " + item.reason);
 }
 
-// The time of day is enough: a session's first line has the date.
+// The time of day is enough: the first line of a session has the date.
 void show_item(const capture_item& item, transcript& shown) {
   const std::string clock = item.time.size() > 23 ? item.time.substr(11, 12) + ' ' : "";
   if (item.kind != capture_kind::message) return shown.line(clock + "# ", comment_of(item));

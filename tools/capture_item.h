@@ -13,7 +13,7 @@ constexpr std::int32_t capture_format = 1;
 
 enum class capture_kind { start, message, unread, end };
 
-// Frames of the same envelope size that followed each other.
+// Consecutive frames with envelopes of the same size.
 struct frame_run {
   std::uint64_t size = 0;  // of the envelope, in bytes
   std::uint64_t count = 0;
@@ -37,11 +37,11 @@ struct capture_item {
   // unread
   std::uint64_t bytes = 0;
 
-  // unread, and end where the record isn't whole
+  // unread, and end if the record isn't complete
   std::string reason;
 
   // end
-  std::optional<int> exit_value;  // nothing if the host's end wasn't seen
+  std::optional<int> exit_value;  // nothing if the end of the host wasn't seen
 };
 
 std::string capture_time_text(capture_time time);
@@ -49,5 +49,5 @@ std::string capture_time_text(capture_time time);
 // The line, without its end.
 std::string capture_line(const capture_item& item);
 
-// Nothing, with the reason in `error`, for a line that is none of a capture.
+// Nothing, with the reason in `error`, if the line doesn't belong to a capture.
 std::optional<capture_item> parse_capture_line(std::string line, std::string& error);

@@ -18,7 +18,7 @@ int capture_reader::next_byte() {
   return at_ < ahead_.size() ? static_cast<unsigned char>(ahead_[at_++]) : std::getc(file_);
 }
 
-// False for a line that has no end.
+// False for a line that isn't terminated.
 bool capture_reader::read_line(std::string& line) {
   for (int c = next_byte(); line.size() < max_capture_line; c = next_byte()) {
     if (c == '\n') return true;

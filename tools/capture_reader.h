@@ -8,20 +8,20 @@
 
 #include "tools/capture_item.h"
 
-// No message that is recorded makes a longer line.
+// Longer than the line of any message that is recorded.
 constexpr std::size_t max_capture_line = std::size_t{512} * 1024 * 1024;
 
 class capture_reader {
  public:
-  // Reads `ahead`, which has been read from the file already, and the rest of the file.
+  // Reads `ahead`, which was read from the file before, and then the rest of the file.
   capture_reader(std::FILE* file, std::string ahead) : file_(file), ahead_(std::move(ahead)) {}
 
   // Whether a file that starts like this is a capture. A stream of frames never does: its first
-  // length would be beyond what a host takes.
+  // length would be more than a host accepts.
   static bool starts_capture(const std::string& ahead) { return ahead.starts_with("{\""); }
 
-  // The next item; nothing at the end and, with the reason in `error`, where the capture can't be
-  // read on.
+  // The next item. Nothing at the end, and, with the reason in `error`, if the capture can't be
+  // read any further.
   std::optional<capture_item> next(std::string& error);
 
   // How many lines have been read.

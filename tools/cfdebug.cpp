@@ -15,9 +15,9 @@
 namespace {
 
 constexpr char description[] =
-    R"(Shows what this user's hosts report, until it is interrupted. A host reports only when its
-configuration says so: "dump=1" in the section [coffer] of Orvanta/coffer.ini in the system's
-configuration folder (/etc). The lines can hold passwords.)";
+    R"(Shows the diagnostics of this user's hosts until it is interrupted. A host writes diagnostics only
+if its configuration says so: "dump=1" in the section [coffer] of Orvanta/coffer.ini in the system's
+configuration folder (/etc on Linux). The lines can contain passwords.)";
 
 std::string time_stamp() {
   using std::chrono::system_clock;
@@ -50,7 +50,7 @@ std::string narrow(const wide_char* text, std::size_t length) {
   return narrowed;
 }
 
-// Nobody is to wait for lines that never come.
+// Nobody should wait for lines that never come.
 void warn_if_off() {
   read_dump_switch();
   if (!dump_off) return;
@@ -60,8 +60,7 @@ void warn_if_off() {
                               ? "Orvanta/coffer.ini has no \"dump\" in the section [coffer]"
                               : "the value \"" + printable_line(narrow(value, length)) +
                                     "\" of \"dump\" in Orvanta/coffer.ini doesn't count as on";
-  std::fprintf(stderr,
-               "cfdebug: diagnostics are off: %s. Set dump=1 there and start the hosts anew\n",
+  std::fprintf(stderr, "cfdebug: diagnostics are off: %s. Set dump=1 there and restart the hosts\n",
                why.c_str());
 }
 

@@ -1,4 +1,4 @@
-// Plays browser and extension towards a native-messaging host: sends it requests and shows its
+// Plays browser and extension to a native-messaging host: sends it requests and shows its
 // notifications.
 
 #include <cstdio>
@@ -35,13 +35,13 @@ void warn_of_method(const request_item& item) {
   std::fprintf(stderr, "cfext: warning: %s: %s\n", item.place.c_str(), advice.c_str());
 }
 
-// Sends all requests; false, with the reason in `error`, at one that isn't fit to be sent. A
-// session that is over keeps its own reason.
+// Sends all requests. False, with the reason in `error`, at one that can't be sent. If the session
+// is over, its own reason stands.
 bool send_requests(request_source& source, const cfext_options& options, transcript& shown,
                    host_session& session, std::string& error) {
   request_item item;
   while (session.failure().empty() && !shown.failed() && source.next(item, error)) {
-    // What the host says unasked belongs to the lines above the first gap or request.
+    // Anything the host says unasked belongs to the lines above the first gap or request.
     if (item.kind != item_kind::comment) session.wait_quiet();
     if (item.kind == item_kind::request) {
       warn_of_method(item);
@@ -55,7 +55,7 @@ bool send_requests(request_source& source, const cfext_options& options, transcr
   return error.empty();
 }
 
-// The host's own exit value first: it tells most about why the rest failed.
+// The host's own exit value comes first: it says most about why the rest failed.
 exit_value report(std::optional<int> host_value, const std::string& failure) {
   if (host_value.value_or(0) != 0) {
     fail("the host ended with exit value " + std::to_string(*host_value));

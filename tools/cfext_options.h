@@ -21,6 +21,6 @@ struct cfext_options {
   bool raw = false;
 };
 
-// Nothing to go on with; otherwise the value to exit with, once help, version or what is wrong with
-// the arguments has been printed.
+// Nothing if the program is to go on. Otherwise the exit value, after printing the help, the
+// version or what is wrong with the arguments.
 std::optional<int> parse_cfext_options(int argc, char** argv, cfext_options& options);

@@ -9,7 +9,8 @@ namespace {
 
 constexpr std::size_t help_column = 24;
 
-// Which options don't go together is said when somebody tries.
+// The help doesn't show which options exclude each other; that is reported when somebody combines
+// them.
 class help_form : public CLI::Formatter {
   std::string make_option_opts(const CLI::Option* option) const override {
     const std::string value = option->get_type_name();
@@ -27,7 +28,7 @@ std::string reason(const CLI::App& app, const CLI::ParseError& error) {
 }  // namespace
 
 void add_common_options(CLI::App& app) {
-  // A request or a path may start with a solidus on every system.
+  // On every system a request or a path may start with a solidus.
   app.allow_windows_style_options(false);
   app.formatter(std::make_shared<help_form>());
   app.get_formatter()->column_width(help_column);
@@ -37,7 +38,7 @@ void add_common_options(CLI::App& app) {
 
 std::optional<int> parse_command_line(CLI::App& app, std::vector<std::string> arguments) {
   try {
-    // From the last to the first is how the library wants them.
+    // The parser expects the arguments in reverse order.
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));
     return std::nullopt;

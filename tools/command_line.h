@@ -7,15 +7,15 @@
 
 #include <CLI/CLI.hpp>
 
-// For arguments that can't be used.
+// The exit value for arguments that can't be used.
 inline constexpr int exit_usage = 2;
 
-// Gives the program --help, -h and --version, and the form of the help.
+// Gives the program --help, -h and --version, and sets the format of the help.
 void add_common_options(CLI::App& app);
 
-// `arguments` are without the program's name. Nothing to go on with; otherwise the value to exit
-// with, once help, version or what is wrong with the arguments has been printed.
+// `arguments` excludes the program's name. Returns nothing if the program is to go on. Otherwise
+// the exit value, after printing the help, the version or what is wrong with the arguments.
 std::optional<int> parse_command_line(CLI::App& app, std::vector<std::string> arguments);
 
-// Ends the parsing with a fault of one option's value.
+// Stops the parsing because of one option's value.
 [[noreturn]] void refuse_value(const std::string& reason);

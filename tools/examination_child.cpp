@@ -13,7 +13,7 @@ namespace {
 constexpr char separator = '\t';
 constexpr const char* severity_words[] = {"good", "note", "warning", "fault"};
 
-// What the library writes is counted, not kept.
+// The library's own output is counted, not kept.
 constexpr std::size_t longest_line = std::size_t{64} * 1024;
 
 std::string new_mark() {
@@ -40,7 +40,7 @@ severity severity_of(const std::string& word) {
   return static_cast<severity>(std::min<std::ptrdiff_t>(found - severity_words, 3));
 }
 
-// Puts together what the child tells, line by line.
+// Collects what the child reports, line by line.
 class listener {
  public:
   listener(std::string mark, child_account& told) : mark_(std::move(mark)), told_(told) {}
@@ -57,7 +57,7 @@ class listener {
   }
 
  private:
-  // What stands before the mark is the library's, which needn't end its lines.
+  // Text before the mark comes from the library, which needn't end its lines.
   void end_line() {
     const std::size_t at = line_.find(mark_);
     told_.foreign_bytes += at == std::string::npos ? line_.size() + 1 : at;
@@ -115,7 +115,7 @@ bool child_account::has_faults() const {
 }
 
 child_account run_examination(const std::string& program, std::vector<std::string> arguments,
-                              std::chrono::milliseconds patience) {
+                              std::chrono::milliseconds timeout) {
   child_account told;
   const std::string mark = new_mark();
   arguments.push_back(mark);
@@ -125,16 +125,16 @@ child_account run_examination(const std::string& program, std::vector<std::strin
   listener ear(mark, told);
   char block[4096];
   std::optional<std::size_t> count;
-  while ((count = child->read(block, sizeof block, patience)).value_or(0) > 0) {
+  while ((count = child->read(block, sizeof block, timeout)).value_or(0) > 0) {
     ear.take({block, *count});
   }
   const bool output_ended = count.has_value();
-  told.exit_value = child->wait(output_ended ? patience : std::chrono::milliseconds(0));
+  told.exit_value = child->wait(output_ended ? timeout : std::chrono::milliseconds(0));
   return told;
 }
 
 std::optional<report_entry> judge_end(const child_account& child, const std::string& library,
-                                      std::chrono::milliseconds patience) {
+                                      std::chrono::milliseconds timeout) {
   const auto fault = [](const char* id, std::string text, std::string advice) {
     return report_entry{"", severity::fault, id, std::move(text), std::move(advice)};
   };
@@ -145,7 +145,7 @@ std::optional<report_entry> judge_end(const child_account& child, const std::str
   }
   if (!child.exit_value.has_value()) {
     return fault("library-hangs",
-                 library + " took longer than " + std::to_string(patience.count()) + " ms" + where,
+                 library + " took longer than " + std::to_string(timeout.count()) + " ms" + where,
                  "It must come back at once: work that takes time belongs on a thread of its own.");
   }
   const std::string crash = platform::crash_of(*child.exit_value);

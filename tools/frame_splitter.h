@@ -9,19 +9,19 @@
 
 class frame_splitter {
  public:
-  // A frame with an envelope of more than `max_envelope` bytes means that the stream is out of
-  // step.
+  // If an envelope has more than `max_envelope` bytes, the stream counts as out of step.
   explicit frame_splitter(std::size_t max_envelope) : max_envelope_(max_envelope) {}
 
   void feed(std::string_view bytes);
 
-  // The next envelope; nothing while its frame isn't whole, and once the stream is out of step.
+  // The next envelope; nothing while its frame isn't whole, and nothing more once the stream is out
+  // of step.
   std::optional<std::string> next();
 
   bool out_of_step() const { return out_of_step_; }
 
-  // What is wrong at the end of the stream, or so far when it is out of step; empty when it ends
-  // between two frames.
+  // What is wrong at the end of the stream, or so far if it is out of step. Empty if the stream
+  // ends between two frames.
   std::string complaint() const;
 
  private:
@@ -29,7 +29,7 @@ class frame_splitter {
 
   const std::size_t max_envelope_;
   std::string bytes_;
-  std::size_t at_ = 0;           // bytes_ before it have been given out
+  std::size_t at_ = 0;           // bytes_ before it have been returned
   std::uint64_t dropped_ = 0;    // bytes of the stream that came before bytes_
   std::uint64_t announced_ = 0;  // length in the latest header
   bool out_of_step_ = false;

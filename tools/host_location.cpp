@@ -22,7 +22,7 @@ std::string own_host_path() {
   if (folder.empty()) return {};
   std::string beside = folder + "cfhost";
   if (folder.size() < 2) return beside;
-  // Systems whose folders aren't separated by a solidus have no such tree: all lies in one folder.
+  // Systems whose separator isn't a solidus have no such tree: everything lies in one folder.
   const std::size_t parent = folder.rfind('/', folder.size() - 2);
   if (parent == std::string::npos) return beside;
   std::string installed = folder.substr(0, parent) + "/libexec/cfhost/cfhost";

@@ -12,18 +12,18 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// How long a host may leave a frame lying before it counts as stuck.
+// How long a host may leave a frame unread before it counts as stuck.
 constexpr milliseconds write_timeout{10'000};
 
-// How long a host that is never quiet holds up the next request.
+// How long a host that is never quiet can delay the next request.
 constexpr milliseconds noise_timeout{10'000};
 
 constexpr milliseconds exit_timeout{5'000};
 
-// How long the output may stay open, held by somebody else, once the host has ended.
+// How long the output may stay open after the host has ended, if another process holds it.
 constexpr milliseconds tail_timeout{1'000};
 
-// How often the reader looks whether it is still wanted.
+// How often the reader checks whether it is still wanted.
 constexpr milliseconds read_step{50};
 
 }  // namespace
@@ -106,7 +106,7 @@ void host_session::read_output() {
   }
 }
 
-// After a failure the output is still drained, so that the host isn't held up by it.
+// After a failure the output is still read, so that the host doesn't block on it.
 void host_session::take(std::string_view bytes) {
   note_traffic();
   if (!failure().empty()) return;

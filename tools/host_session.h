@@ -1,4 +1,4 @@
-// One run of a host: its process, the requests to it, and a thread that takes what it answers.
+// One run of a host: its process, the requests to it, and a thread that receives its notifications.
 #pragma once
 
 #include <chrono>
@@ -18,8 +18,9 @@
 
 class host_session {
  public:
-  // Takes a host that has just been started; `shown` outlives the session. A host counts as quiet
-  // after `quiet_time` without a byte either way. Notifications are kept only if `keep` says so.
+  // Takes a host that has just been started. `shown` must outlive the session. A host counts as
+  // quiet after `quiet_time` without a byte in either direction. Notifications are kept only if
+  // `keep` says so.
   host_session(std::unique_ptr<platform::child_process> host, transcript& shown,
                std::chrono::milliseconds quiet_time, bool keep = false);
   ~host_session();
@@ -29,20 +30,20 @@ class host_session {
   // Sends one request in envelopes of at most `envelope_size` bytes.
   void send(const std::string& text, std::size_t envelope_size);
 
-  // Waits until the host is quiet, or the session over. Gives up on a host that is never quiet.
+  // Waits until the host is quiet or the session is over. Gives up on a host that is never quiet.
   void wait_quiet();
 
-  // The same, but no longer than until so many notifications are kept.
+  // The same, but stops waiting once this many notifications are kept.
   void wait_for(std::size_t notifications);
 
-  // All that are kept.
+  // All notifications that are kept.
   std::vector<std::string> notifications() const;
 
-  // Closes the host's input and waits for its end. Gives the exit value, nothing if it had to be
-  // killed.
+  // Closes the host's input and waits for its end. Returns the exit value, or nothing if the host
+  // had to be killed.
   std::optional<int> finish();
 
-  // The first thing that went wrong, empty if nothing did.
+  // The first thing that went wrong; empty if nothing did.
   std::string failure() const;
 
  private:
@@ -63,7 +64,7 @@ class host_session {
   const bool keep_;
   std::uint32_t sent_ = 0;
 
-  // The reader's own.
+  // Used by the reader thread only.
   frame_splitter splitter_;
   message_joiner joiner_;
 

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <thread>
 
+#include "host/exit_times.h"
 #include "platform/child_process.h"
 #include "platform/files.h"
 #include "platform/library_facts.h"
@@ -14,15 +15,12 @@ namespace {
 constexpr std::size_t largest_library = std::size_t{64} << 20;
 constexpr std::string_view child_command = "--examine-loading";
 
-// A host has as long to start and end.
-constexpr std::chrono::milliseconds loading_patience{5000};
-
-// As long as the host gives it.
-constexpr std::chrono::milliseconds unload_timeout{400};
+// How long a host may take to start and end.
+constexpr std::chrono::milliseconds loading_timeout{5000};
 
 constexpr std::chrono::milliseconds settling_time{50};
 
-// The parent loses patience long before.
+// The parent gives up long before.
 constexpr std::chrono::minutes longest_end{20};
 
 constexpr char install_again[] = "Install the agent again, for this system and processor.";
@@ -33,7 +31,7 @@ report_entry fault(const char* id, std::string text, std::string advice) {
   return {"", severity::fault, id, std::move(text), std::move(advice)};
 }
 
-// Nothing known of a file that can't be read, or is larger than any library.
+// Nothing for a file that can't be read or is larger than any library.
 std::optional<platform::library_facts> facts_of(const std::string& path) {
   std::string content, ignored;
   if (!platform::read_file(path, largest_library, content, ignored)) return std::nullopt;
@@ -131,11 +129,11 @@ std::optional<report_entry> fault_of_loading(const std::string& library,
                                              const std::string& program) {
   if (auto found = fault_of_file(library, program)) return found;
   const child_account child =
-      run_examination(program, {std::string(child_command), library}, loading_patience);
+      run_examination(program, {std::string(child_command), library}, loading_timeout);
   for (const report_entry& entry : child.entries) {
     if (entry.weight == severity::fault) return entry;
   }
-  return judge_end(child, library, loading_patience);
+  return judge_end(child, library, loading_timeout);
 }
 
 void serve_load_examination(int argc, char** argv) {

@@ -17,7 +17,7 @@ bool is_container(const json_node& node) {
   return node.kind == kind_object || node.kind == kind_array;
 }
 
-// Well-formed UTF-8, with the surrogates joined that the parser leaves apart.
+// Well-formed UTF-8; joins the surrogates that the parser leaves apart.
 std::string well_formed(std::string_view text) {
   if (std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; })) {
     return std::string(text);
@@ -48,7 +48,7 @@ std::string scalar_text(const json_node& leaf) {
   }
 }
 
-// Goes through the tree without recursion: a message may be nested as deep as it is long.
+// Goes through the tree without recursion, since a message may be nested as deep as it is long.
 class tree_writer {
  public:
   explicit tree_writer(const text_rules& rules) : rules_(rules) {}
@@ -65,7 +65,7 @@ class tree_writer {
   }
 
  private:
-  // Closes what ends with this node.
+  // Closes all containers that end with this node.
   const json_node* after(const json_node* node) {
     if (is_container(*node)) close(*node);
     while (node != root_ && node->next_sibling == nullptr) {
@@ -110,14 +110,14 @@ class tree_writer {
   }
 
   std::string shown_text(const json_node& leaf) const {
-    // The first NUL ends a text for every reader.
+    // For every reader the first NUL ends a text.
     std::string text = well_formed(leaf.value.string);
     return rules_.hide_values ? bare_address(text, is_address_name(leaf.name)) : text;
   }
 
   const text_rules& rules_;
   const json_node* root_ = nullptr;
-  const json_node* secret_ = nullptr;  // the container that all is hidden in
+  const json_node* secret_ = nullptr;  // the container whose whole content is hidden
   pair_stream out_;
 };
 

@@ -1,5 +1,5 @@
-// Messages as a capture keeps them: JSON by the letter, in one line, whatever the sender's spelling
-// was, and without secrets unless they are asked for.
+// Messages as a capture keeps them: strict JSON in one line, however the sender wrote it, and
+// without secrets unless they are asked for.
 #pragma once
 
 #include <optional>
@@ -8,17 +8,17 @@
 #include "json/node.h"
 
 struct text_rules {
-  // A mark of its length takes the place of each value of an input and of each setting, unless it
-  // is empty. Addresses lose user, query and fragment.
+  // Each value of an input and each setting is replaced by a mark with its length, unless it is
+  // empty. Addresses lose user, query and fragment.
   bool hide_values = true;
-  // What differs from one run to the next comes out alike: lengths in marks, numbers of processes,
-  // ids of what an agent keeps.
+  // Makes equal what differs from run to run: lengths in marks, process numbers, ids of an agent's
+  // items.
   bool level = false;
 };
 
-// The text of a value, of which its whole tree is part. A member without a name gets an empty one.
+// The text of a value, which belongs to a whole tree. A member without a name gets an empty one.
 std::string node_text(const json_node& root, const text_rules& rules);
 
-// Nothing, with the reason in `error`, for what the host's parser doesn't read as a message.
+// Nothing, with the reason in `error`, if the host's parser doesn't accept the message.
 std::optional<std::string> message_text(std::string message, const text_rules& rules,
                                         std::string& error);

@@ -10,10 +10,10 @@
 
 namespace {
 
-// A longer name is none that somebody has mistyped.
+// A longer name isn't a typing error.
 constexpr std::size_t max_name_size = 64;
 
-// How many characters have to be put in, taken out or changed.
+// How many characters have to be inserted, deleted or changed.
 std::size_t distance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> row(to.size() + 1);
   std::iota(row.begin(), row.end(), 0);

@@ -8,10 +8,10 @@ namespace {
 struct character {
   std::uint32_t code = 0;
   std::size_t size = 1;  // in bytes
-  bool whole = false;    // false for a byte that is no part of UTF-8
+  bool whole = false;    // false for a byte that isn't part of valid UTF-8
 };
 
-// The character at the start of a text that isn't empty.
+// The character at the start of a non-empty text.
 character first_character(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   if (lead < 0x80) return {lead, 1, true};
@@ -32,7 +32,7 @@ character first_character(std::string_view text) {
 
 bool is_control(std::uint32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
-// These make a terminal show a line in another order than it has.
+// These make a terminal show a line in a different order than it is written.
 bool turns_direction(std::uint32_t code) {
   return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
          (code >= 0x2066 && code <= 0x2069);

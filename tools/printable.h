@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// `text` as one line that no terminal takes for a command, and that reads in the order in which it
-// is written: white space becomes blanks, any other control character, marks of direction, and
-// bytes that are no UTF-8 become escapes as JSON has them.
+// `text` as one line that contains no terminal commands and reads in the order in which it is
+// written. White space becomes blanks. Other control characters, direction marks and bytes that
+// aren't UTF-8 become escapes as in JSON.
 std::string printable_line(std::string_view text);

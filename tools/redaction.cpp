@@ -8,15 +8,15 @@ namespace {
 
 using names = const std::string_view[];
 
-// In lower case and with hyphens. Items of the store come in no member that is used today.
+// In lower case and with hyphens. No member in use today carries items of the store.
 constexpr names secret_names = {"value",    "dbvalue",          "cf-value",
                                 "settings", "default-settings", "coffer-set-settings",
                                 "dbitems"};
 constexpr names address_names = {"source", "before-url", "after-url", "url", "navigate-login"};
 constexpr names passing_names = {"agpid", "uuid"};
 
-// Properties have hyphens where a request's keys have underscores. Case is of no account here: a
-// misspelt secret is one as well.
+// Properties have hyphens where a request's keys have underscores. Case is ignored, so that a
+// misspelt secret is hidden too.
 char plain(char c) {
   if (c == '_') return '-';
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -22,7 +22,8 @@ bool fail(const std::string& what) {
   return false;
 }
 
-// Messages of one frame stay that where they can, even if a mark is longer than what it hides.
+// Keeps a message of one frame in one frame where possible, even if a mark is longer than what it
+// hides.
 std::size_t envelope_size(const capture_item& sent) {
   if (sent.frames.empty() || (sent.frames.size() == 1 && sent.frames[0].count == 1)) {
     return max_request_envelope;
@@ -38,7 +39,7 @@ class replayer {
   bool play(host_session& session);
   bool report(host_session& session, std::optional<int> exit_value);
 
-  // Whether the recorded host didn't last until the end of its input, and neither did this one.
+  // Whether the recorded host died before its input ended, and this one did too.
   bool died_alike(std::optional<int> exit_value) const {
     return end_.has_value() && end_->exit_value != 0 && end_->exit_value == exit_value;
   }
@@ -53,7 +54,7 @@ class replayer {
   std::optional<capture_item> end_;
 };
 
-// False where the capture can't be played on. A session that is over keeps its own reason.
+// False if the rest of the capture can't be played. If the session is over, its own reason stands.
 bool replayer::play(host_session& session) {
   std::string error;
   while (const std::optional<capture_item> item = reader_.next(error)) {

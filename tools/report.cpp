@@ -22,14 +22,14 @@ const char* name_of(severity weight) {
   return "";
 }
 
-// The texts quote names of files and manifests, which may hold any bytes, and JSON is UTF-8.
+// The texts quote names of files and manifests, which may hold any bytes, but JSON must be UTF-8.
 void put_text(pair_stream& members, const json_name& key, const std::string& text) {
   wide_string well_formed;
   utf8_to_wide(well_formed, text.data(), static_cast<std::uint32_t>(text.size()));
   json_put_wide(members, key, well_formed);
 }
 
-// The texts quote manifests, which may be anybody's.
+// The texts quote manifests, which anybody may have written.
 std::string line_of(const report_entry& entry) {
   std::string line;
   if (*entry.subject != '\0') line.append(entry.subject).append(": ");

@@ -9,16 +9,16 @@
 enum class severity { good, note, warning, fault };
 
 struct report_entry {
-  const char* subject = "";  // title of the browser; empty for what concerns none
+  const char* subject = "";  // title of the browser, or empty if it is about none
   severity weight = severity::good;
   std::string id;      // stable, for programs: "manifest-missing"
   std::string text;    // one sentence, which names the file
-  std::string advice;  // what to do; empty if nothing
+  std::string advice;  // what to do; may be empty
 };
 
 class report {
  public:
-  // JSON has the subject of each entry under the name `subject`; null where entries have none.
+  // In JSON each entry has its subject under the name `subject`; null if entries have none.
   explicit report(const char* command, const char* subject = "browser")
       : command_(command), subject_(subject) {}
 
@@ -26,8 +26,8 @@ class report {
 
   bool has_faults() const;
 
-  // A line per entry, with the advice below it; or one JSON object, which says of the whole whether
-  // it is good.
+  // One line per entry, with the advice below it; or one JSON object, which also says whether
+  // everything is good.
   std::string as_text() const;
   std::string as_json() const;
 

@@ -27,7 +27,7 @@ std::string make_envelope(std::string_view id, std::string_view fragment, std::s
 
 }  // namespace
 
-// No number gets longer than the mark of the last piece, so what fits beside the mark fits always.
+// No number is longer than the mark of the last piece, so what fits beside the mark always fits.
 request_cutter::request_cutter(std::string_view text, std::string id, std::size_t envelope_size)
     : id_(std::move(id)),
       encoded_(encode(text)),

@@ -7,13 +7,13 @@
 
 #include "transport/frame_format.h"
 
-// Limits of a whole envelope in bytes. The smaller one leaves room for a piece behind any id and
-// number that comes up here.
+// Limits of a whole envelope in bytes. The smaller one leaves room for a piece after any id and
+// number that is used here.
 constexpr std::size_t min_request_envelope = 64;
 constexpr std::size_t max_request_envelope = frame_length_limit - 1;
 
-// Longest request, in bytes. Its base64 text is what the host keeps of an unfinished message at
-// most.
+// The longest request, in bytes. Its base64 text is the most that the host keeps of an unfinished
+// message.
 constexpr std::size_t max_request_size = std::size_t{48} * 1024 * 1024;
 
 class request_cutter {
@@ -21,7 +21,7 @@ class request_cutter {
   // Requires a text of at most max_request_size and an envelope size between the limits.
   request_cutter(std::string_view text, std::string id, std::size_t envelope_size);
 
-  // Makes the next envelope; false when the one before was the last.
+  // Makes the next envelope; false if the one before was the last.
   bool next(std::string& envelope);
 
  private:

@@ -8,10 +8,10 @@
 
 namespace {
 
-// How much of a request is shown from the place of an error on.
+// How much of a request is shown after the position of an error.
 constexpr std::size_t excerpt_length = 40;
 
-item_kind kind_of(const std::string& line) {
+item_kind kind_of_line(const std::string& line) {
   if (line.find_first_not_of(" \t\r") == std::string::npos) return item_kind::gap;
   return line.front() == '#' ? item_kind::comment : item_kind::request;
 }
@@ -22,7 +22,7 @@ bool check_size(const request_item& item, std::string& error) {
   return false;
 }
 
-// The parser works on a copy, which it rewrites without moving what it hasn't read yet.
+// The parser works on a copy. It rewrites that, but doesn't move what it hasn't read yet.
 bool check_json(const request_item& item, std::string& error) {
   std::string copy = item.text;
   const char* position = copy.data();
@@ -42,7 +42,8 @@ bool check_item(const request_item& item, bool raw, std::string& error) {
   return check_size(item, error) && (raw || check_json(item, error));
 }
 
-// One line without its end, or as much of it as is too much for a request; false at the end.
+// Reads one line without its end, or the start of a line that is too long for a request. False at
+// the end.
 bool read_line(std::FILE* file, std::string& line) {
   line.clear();
   int c = std::getc(file);
@@ -81,7 +82,7 @@ bool request_source::next_line(request_item& item, std::string& error) {
     if (std::ferror(file_.get()) != 0) error = "can't read on in " + options_.file;
     return false;
   }
-  item.kind = kind_of(item.text);
+  item.kind = kind_of_line(item.text);
   item.place = "line " + std::to_string(++line_);
   return true;
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t max_file_size = 1 << 16;
 
-// A member of another kind or range is told by its name.
+// A member of the wrong kind or out of range is reported by its name.
 bool take_member(const json_node& member, tap_settings& settings, std::string& error) {
   const std::string_view name = member.name == nullptr ? "" : member.name;
   const json_value& value = member.value;

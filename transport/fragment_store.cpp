@@ -9,7 +9,7 @@ bool fragment_store::append(const std::string& id, std::string_view piece) {
     drop(e);
     return false;
   }
-  // The message itself was touched last, so the others go before it, and without them it fits.
+  // This message was touched last, so the others are dropped before it, and without them it fits.
   while (text_size_ + piece.size() > bounds_.text || kept_.size() > bounds_.messages) {
     drop(entries_.find(*kept_.front())->second);
   }
@@ -27,7 +27,7 @@ std::optional<std::string> fragment_store::take(const std::string& id) {
   return text;
 }
 
-// The entry of `id`, made if there is none, at the end of its order.
+// The entry of `id`, made if there is none, moved to the end of its order.
 fragment_store::entries::iterator fragment_store::touch(const std::string& id) {
   const auto [position, is_new] = entries_.try_emplace(id);
   entry& e = position->second;
@@ -37,7 +37,7 @@ fragment_store::entries::iterator fragment_store::touch(const std::string& id) {
   return position;
 }
 
-// Keeps the id alone. Of too many the one that was untouched longest is forgotten.
+// Keeps only the id. If there are too many, the one that was untouched longest is forgotten.
 void fragment_store::drop(entry& e) {
   text_size_ -= e.text.size();
   e.text = {};

@@ -14,7 +14,7 @@
 
 namespace {
 
-// What the stream held behind the last message, in bytes.
+// How many bytes the stream's buffer held after the last message.
 std::atomic<std::size_t> held_input{0};
 
 // Diagnostics show lengths as signed 32-bit numbers.
@@ -59,7 +59,7 @@ std::int32_t read_message(std::string& message, std::FILE* input, fragment_store
     }
     const std::size_t actual_read = read_bytes(ibuf.get(), i_len, input);
     ibuf[actual_read] = '\0';
-    // A frame that completes no message may be the last one for a long time.
+    // The next frame may be a long time in coming, even if this one completes no message.
     platform::wipe_read_bytes(input, header_read + actual_read);
     if (!dump_off) {
       log_line("actual_read url is %ld buffer:%s buflen=%d", as_signed(actual_read), ibuf.get(),
@@ -75,7 +75,7 @@ std::int32_t read_message(std::string& message, std::FILE* input, fragment_store
   }
 }
 
-// A part of a header is nothing to wait for.
+// Part of a header isn't worth waiting for.
 bool has_to_serve(std::size_t unread) {
   return held_input.load(std::memory_order_relaxed) + unread > sizeof(frame_length);
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int32_t no_number = -1;
 
-// The texts lie in the frame.
+// The texts point into the frame.
 struct inbound_envelope {
   std::string_view id;
   std::string_view msg;
@@ -24,7 +24,7 @@ struct inbound_envelope {
   bool usable() const { return !id.empty() && (number != no_number || closing); }
 };
 
-// A member of another kind than its key demands counts as absent; of several, the last one counts.
+// A member of the wrong kind for its key counts as absent; of several, the last one counts.
 void take_member(const json_node& child, inbound_envelope& e) {
   const std::string_view name = child.name;
   if (name == "id" && child.kind == kind_string) {
@@ -67,8 +67,8 @@ std::int32_t refuse(const inbound_envelope& e) {
   return 1;
 }
 
-// Decodes `gathered` where it lies, up to the first NUL of the decoded text. The decoder refuses
-// nothing but a lack of room, and there is room for more than comes out.
+// Decodes `gathered` in place, up to the first NUL of the decoded text. The decoder fails only for
+// lack of room, and the decoded text is never longer.
 void decode_message(std::string& gathered) {
   auto length = static_cast<std::int32_t>(gathered.size());
   char* const text = gathered.data();
@@ -79,8 +79,8 @@ void decode_message(std::string& gathered) {
 
 }  // namespace
 
-// Made when input is awaited, so that it is the last of the process-wide objects to come and the
-// first to go.
+// Made when input is first awaited, so that it is the last of the process-wide objects to be made
+// and the first to go.
 fragment_store& process_store() {
   static fragment_store store;
   return store;

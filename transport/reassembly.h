@@ -8,15 +8,15 @@
 
 class fragment_store;
 
-// The one of the process, made when it is first asked for.
+// The store of the process, made when it is first asked for.
 fragment_store& process_store();
 
-// Takes one envelope, a terminated text that is rewritten. 0 when the piece was stored, or when it
-// closed its message: then `text` holds the decoded text up to its first NUL. 1 when the envelope
-// was refused; `text` stays untouched.
+// Takes one envelope, a terminated text that is rewritten. Returns 0 if the piece was stored, or if
+// it closed its message: then `text` holds the decoded text up to its first NUL. Returns 1, with
+// `text` untouched, if the envelope was refused.
 //
 // A piece that would exceed a limit of fragment_store.h makes the store drop other unfinished
-// messages, those untouched longest first. One that can't fit by itself is refused, and its own
+// messages, those untouched longest first. A piece that can't fit by itself is refused, and its own
 // message is dropped. Pieces of a dropped message are refused, the closing one included.
 std::int32_t reassemble_fragment(char* frame, std::string& text,
                                  fragment_store& store = process_store());

@@ -33,8 +33,8 @@ bool put_frame(const std::string& packet, std::FILE* output) REQUIRES(stdout_loc
 // indicator is cleared for each frame: otherwise the failure of one reply would also end another.
 bool write_frame(const std::string& packet, std::FILE* output) {
   const checked_lock lock(stdout_lock);
-  // A write that waits for ever would hold up the end of the process, even the main thread if the
-  // library notifies from inside a call of it.
+  // A write that blocks for ever would hold up the end of the process, and even the main thread if
+  // the library notifies from inside a call that it makes.
   const std::size_t size = sizeof(frame_length) + packet.size();
   if (!platform::wait_for_output(output, size, has_to_serve, abandoned_timeout)) {
     platform::leave_now(0);
@@ -72,8 +72,8 @@ void put_encoded(std::string& packet, std::string_view bytes) {
   base64_encode(bytes.data(), size, packet.data() + start, &length);
 }
 
-// Each frame holds whole groups of base64 characters, so each piece can be encoded by itself, in
-// the place where it goes out.
+// Each frame holds whole groups of base64 characters, so each piece can be encoded by itself, right
+// into its frame.
 bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) {
   const std::size_t empty_size = make_reply_packet(id, {}, final_fragment).size();
   const std::size_t room = (max_output_size - empty_size) / 4 * 3;
@@ -102,7 +102,7 @@ bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) 
 bool send_reply(std::string_view json_text, std::FILE* output) {
   if (!dump_off) log_line("Sending reply to Chrome");
   if (!dump_off) log_line("[%s]", std::string(json_text).c_str());
-  // The encoded form of a longer text has no 32-bit length.
+  // A longer text can't be encoded.
   if (json_text.size() > static_cast<std::size_t>(max_base64_input)) {
     if (!dump_off) log_line("can't alloc base64 encode buffer length=%d. skipping...", -1);
     return false;

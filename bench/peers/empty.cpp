@@ -1,4 +1,4 @@
-// The least that a process can be: waits for the end of its input, and ends.
+// The least that a process can do: waits for the end of its input, and ends.
 #include <unistd.h>
 
 int main() {

@@ -12,7 +12,7 @@ constexpr std::uint32_t foreign = 0x80000000;
 
 struct tables {
   std::array<std::array<char, 2>, 4096> pairs{};
-  // What a character means at each place of a group.
+  // The bits of a character for each position in a group.
   std::array<std::array<std::uint32_t, 256>, 4> places{};
 
   tables() {

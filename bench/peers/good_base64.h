@@ -1,5 +1,5 @@
-// Base64 as a good library does it without vectors: by tables, four characters or three bytes a
-// step.
+// Base64 as a good library does it without vectors: with tables, four characters or three bytes at
+// a time.
 #pragma once
 
 #include <cstddef>
@@ -8,5 +8,5 @@
 // Appends the encoded form to `out`.
 void table_base64_encode(const char* in, std::size_t size, std::string& out);
 
-// Decodes in place and gives the length. Skips what isn't of the alphabet.
+// Decodes in place and returns the length. Skips everything outside the alphabet.
 std::size_t table_base64_decode(char* text, std::size_t size);

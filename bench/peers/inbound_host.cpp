@@ -1,5 +1,5 @@
-// A host as one would build it in a day from libraries: requests in, binary messages out, which it
-// drops. It does what cfhost does between its input and `post`, for pages alone.
+// A host that one could build from libraries in a day: requests in, binary messages out, which it
+// drops. It does what cfhost does between its input and `post`, for pages only.
 
 #include <rapidjson/document.h>
 
@@ -110,7 +110,7 @@ void build(const Value& data, form& out) {
   for (int i = 0; i < 3; ++i) put(out, 0);
 }
 
-// Gives the length of what was built; a result that nobody uses would not be made.
+// Returns the length of what was built; the compiler would drop a result that nobody uses.
 std::size_t work_on(std::string text) {
   text.resize(table_base64_decode(text.data(), text.size()));
   rapidjson::Document request;

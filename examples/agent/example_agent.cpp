@@ -1,5 +1,5 @@
-// A client library that knows one login. It fills it into every login page of its site, and does
-// nothing else: the place to start from for a library of your own.
+// A client library that knows one login. It fills that into every login page of its site, and does
+// nothing else. Start from it to write a library of your own.
 
 #include "messages/agent_interface.h"
 #include "messages/library/byte_sink.h"
@@ -13,7 +13,7 @@ constexpr wide_char user[] = u"example";
 constexpr wide_char password[] = u"example password";
 
 // The page that was posted, as a message of our own. The library doesn't look into the host's
-// object but asks it for its form, which every compiler sees alike.
+// object, but asks it for its form, which is the same for every compiler.
 bool read_page(iCfMsg& posted, CfMsgWebsite& page) {
   byte_sink form;
   cfOStream out = form.stream();
@@ -22,14 +22,14 @@ bool read_page(iCfMsg& posted, CfMsgWebsite& page) {
   return page.read(in);
 }
 
-// "value" is what the page's input gets, "cf-value" and "cf-schema" tell the extension what it is.
+// "value" is what the page's input gets; "cf-value" and "cf-schema" tell the extension what it is.
 void fill(propsW_t& input, const wide_char* schema, const wide_char* value) {
   input.set(u"value", value, true);
   input.set(u"cf-value", value, true);
   input.set(u"cf-schema", schema, true);
 }
 
-// True if the page is one of the site's and has an input for the login.
+// True if the page belongs to the site and has an input for the login.
 bool fill_page(CfMsgWebsite& page) {
   const wide_view source = page.props.get(u"source", u"");
   if (source.substr(0, site.size()) != site) return false;
@@ -55,14 +55,14 @@ class client final : public implements<client, iCfClient> {
     return 0;
   }
 
-  // The host's reference comes with the message: it is given back when all has been read.
+  // The message comes with the host's reference, which is given back once everything has been read.
   std::int32_t post(iCfMsg* message) override {
     CfMsgWebsite page;
     const bool has_page = read_page(*message, page);
     message->release();
     if (!has_page || !fill_page(page)) return 0;
-    // `notify` may be called from here, and on any other thread. The host needs the object until
-    // the call returns.
+    // `notify` may be called from here or from any other thread. The object must live until the
+    // call returns.
     if (const auto object = carry(page)) observer_->notify(object.get());
     return 0;
   }
@@ -83,7 +83,7 @@ class root final : public implements<root, cfApi> {
 
 }  // namespace
 
-// Nobody frees the root object; it ends when the library is unloaded.
+// Nobody frees the root object; it is destroyed when the library is unloaded.
 extern "C" cfApi* Api() {
   static root instance;
   return &instance;

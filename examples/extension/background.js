@@ -1,5 +1,5 @@
-// Between the host and the pages: every page goes out with the name of the document that it comes from,
-// and what comes back for that name goes to that document alone.
+// Connects the pages with the host: every page goes out with the name of its document, and what comes back
+// for that name goes to that document alone.
 import { CofferState } from "./background/coffer_state.js";
 import { Frames, isWebAddress } from "./background/frames.js";
 import { TypedLogins } from "./background/typed_logins.js";
@@ -11,16 +11,16 @@ const state = new CofferState();
 const frames = new Frames(api);
 const typedLogins = new TypedLogins((frame, page) => sendPage(frame, "save-info-from-page", 0, page));
 
-// Tabs that the agent has sent to a login page, with the login's name and the document that they showed;
-// for their next document only.
+// Tabs that the agent has sent to a login page, with the login's name and the document that they showed.
+// An entry counts for the tab's next document only.
 const expectedLogins = new Map();
 
 const port = new HostPort(api, receive, (connected, reason) => state.setConnected(connected, reason));
 
 const byUser = "user";
 
-// The host gives the sender back as it was: which document asks, with which of its requests, and whether
-// the user has asked for it.
+// The host returns the sender unchanged: the document that asks, the number of its request, and whether the
+// user has asked for it.
 function senderOf(frame, method, request) {
   return `${frame.key}.${request}.${method === "drop-down" ? byUser : "page"}`;
 }
@@ -41,7 +41,7 @@ function loginIn(inputs) {
   return String(filled.find((input) => input.dbSchema === "user")?.dbvalue ?? "");
 }
 
-// What the frame needs for filling and no more. Inputs keep their places.
+// Only what the frame needs for filling. The inputs keep their positions.
 function answersIn(inputs) {
   return inputs.map((input) => {
     const { name, dbSchema, dbvalue } = input ?? {};
@@ -65,7 +65,7 @@ async function navigate(website) {
   const { frame } = parseSender(website.sender);
   if (frame === undefined || !isWebAddress(website.source)) return;
   if (frame.source === website.source) {
-    // It is there already; loading it again would only make it ask again.
+    // The tab shows it already; loading it again would only make it ask again.
     fill(website);
     return;
   }
@@ -74,7 +74,7 @@ async function navigate(website) {
 }
 
 function takeData(data) {
-  // What could not be filled before can be now, and pages loaded meanwhile have had no answer.
+  // What could not be filled before now can be, and pages that were loaded meanwhile have had no answer.
   if (state.takeData(data)) tellAllPages({ type: "ask-again" });
 }
 
@@ -98,7 +98,7 @@ function receive(message) {
   }
 }
 
-// The browser's word on where a page is from counts, not the page's.
+// The browser says where a page is from; the page's own word doesn't count.
 function sendPage(frame, method, request, page, more = {}) {
   const sender = senderOf(frame, method, request);
   port.send({ method, data: { ...page, ...more, sender, source: frame.source } });
@@ -140,7 +140,7 @@ api.runtime.onConnect.addListener((connection) => {
 
 api.tabs.onRemoved.addListener((tab) => expectedLogins.delete(tab));
 
-// What the popup and the settings page ask. Never a page of the web.
+// Requests of the popup and the settings page, never of a web page.
 
 function isOwnPage(sender) {
   return sender.url?.startsWith(api.runtime.getURL(""));
@@ -155,7 +155,7 @@ const commands = [
   "get-settings",
 ];
 
-// The logins for what the tab in front shows; frames of the same site share theirs.
+// The logins for the page in front. Frames of the same site share theirs.
 async function loginsInFront() {
   const [tab] = await api.tabs.query({ active: true, lastFocusedWindow: true });
   const logins = new Map();
@@ -188,7 +188,7 @@ const ownReceivers = {
   state: (_, answer) => answerState(answer),
 };
 
-// True keeps the way back open for an answer that comes later.
+// True keeps the channel open for an answer that comes later.
 api.runtime.onMessage.addListener((message, sender, answer) => {
   if (!isOwnPage(sender) || !Object.hasOwn(ownReceivers, message.type)) return false;
   ownReceivers[message.type](message, answer);

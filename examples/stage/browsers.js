@@ -9,7 +9,7 @@ export const reference = join(root, "examples/extension");
 const chromiumId = "koaaajlhgidcladmjfjaiamebigekogg";
 const firefoxId = "coffer@orvanta.example";
 
-// Firefox draws the addresses of an extension's pages by lot unless it is told one.
+// Firefox gives the pages of an extension random addresses unless a preference sets them.
 const firefoxAddress = "6f1d1e2c-9d1c-4f5e-8a3e-0123456789ab";
 
 export const browsers = {
@@ -17,7 +17,7 @@ export const browsers = {
   firefox: { id: firefoxId, open: openFirefox },
 };
 
-// What programs of a user with this home see.
+// The environment of a user with this home folder.
 export function environmentOf(home) {
   const { XDG_CONFIG_HOME, ...environment } = process.env;
   return { ...environment, HOME: home };
@@ -28,15 +28,15 @@ export function register(cfsetup, name, home, host) {
   execFileSync(cfsetup, ["install", ...what], { env: environmentOf(home) });
 }
 
-// Registers the host for the browser in a fresh home, and starts it.
+// Registers the host for the browser in a new home folder, and starts the browser.
 export function start(cfsetup, name, home, host, options) {
   rmSync(home, { recursive: true, force: true });
   register(cfsetup, name, home, host);
   return browsers[name].open(home, options);
 }
 
-// Writes an extension that does the orders of a page on the site "control" (obey), beside what the
-// reference extension does or, as a probe, instead of that. Gives its folder.
+// Writes an extension that carries out the orders of a page on the site "control" (obey). It does so in
+// addition to what the reference extension does or, as a probe, instead of it. Returns its folder.
 function writeExtension(home, probe, reference) {
   const folder = join(home, "extension");
   mkdirSync(folder, { recursive: true });
@@ -54,17 +54,17 @@ function writeExtension(home, probe, reference) {
 }
 
 // A page at the address `control`, which extensions of writeExtension() read orders from. A browser may
-// show its first page before it has loaded the extension; throws if it doesn't within `patience`.
-export async function openControl(context, control, patience = timeout) {
+// show its first page before it has loaded the extension; throws if it doesn't within `limit`.
+export async function openControl(context, control, limit = timeout) {
   const page = await context.newPage();
   await until("an extension that takes orders", async () => {
     await page.goto(control);
     return page.evaluate(() => document.documentElement.dataset.relay);
-  }, patience);
+  }, limit);
   return page;
 }
 
-// Lets the extension behind such a page do the order; gives its answer.
+// Has the extension behind such a page carry out the order; returns its answer.
 export async function obey(page, order, details) {
   const answer = await page.evaluate(
     (data) =>
@@ -120,8 +120,8 @@ async function openChromium(home, { probe = false, folder = reference, data = jo
   };
 }
 
-// The same. Pages of extensions are out of reach here, so the extension itself presses the popup's button;
-// `control` is the address of the page that tells it to.
+// The same for Firefox. The driver can't reach pages of extensions there, so the extension itself presses the
+// popup's button; `control` is the address of the page that tells it to.
 async function openFirefox(home, { probe = false, control, data = join(home, ".mozilla/firefox/test") } = {}) {
   const extension = writeExtension(home, probe, reference);
   mkdirSync(join(data, "extensions"), { recursive: true });

@@ -1,5 +1,5 @@
-// The first scene alone, for people: a login page that gets filled, and pictures of it, of the popup beside
-// it and of the settings.
+// The demo in a browser: fills a login page, and takes pictures of it, of the popup beside it, and of the
+// settings.
 // Usage: node demo.js BUILD-FOLDER PICTURE-FOLDER
 import { join, resolve } from "node:path";
 import { start } from "./browsers.js";
@@ -34,7 +34,7 @@ try {
   const settings = await openBeside(page, browser.popup.replaceAll("popup", "settings"));
   await settings.getByText("pwdman.enabled").waitFor();
   await takePicture(settings, "settings", 640);
-  // The point of the demo is to be seen: nothing secret is on the page.
+  // For the pictures the password is shown; it isn't a secret.
   await page.locator("#password").evaluate((input) => (input.type = "text"));
   await takePicture(page, "page", 480);
   console.log(`demo: the extension has filled the page; see page.png, popup.png and settings.png in ${folder}`);

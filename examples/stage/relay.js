@@ -1,4 +1,4 @@
-// Runs in the test's own page: hands its orders to the background, and the answers back.
+// Runs in the test's own page: passes its orders to the background, and the answers back.
 addEventListener("message", async ({ data }) => {
   if (!data.order) return;
   const api = globalThis.browser ?? globalThis.chrome;

@@ -1,7 +1,7 @@
-// Runs in the background of an extension that a test has changed: does what the test's page asks for.
+// Runs in the background of an extension that a test has changed: carries out what the test's page asks for.
 const api = globalThis.browser ?? globalThis.chrome;
 
-// Whether the host, once connected, says anything. What the browser says against it goes along.
+// Whether the host sends anything once it is connected, with the browser's error if there is one.
 function connect() {
   return new Promise((resolve) => {
     const port = api.runtime.connectNative("com.orvanta.coffer");
@@ -16,7 +16,7 @@ function connect() {
   });
 }
 
-// Presses a button of the popup and waits until it shows the state that is to follow.
+// Presses a button of the popup, and waits until the popup shows the state that should follow.
 async function press({ method, locked }) {
   const frame = document.createElement("iframe");
   frame.src = api.runtime.getURL("popup/popup.html");

@@ -1,11 +1,11 @@
-// The pages that the browser visits. Each has a site of its own: every name below "localhost" is this
+// The pages that the browser visits. Each has a site of its own: every name below "localhost" means this
 // machine.
 import { existsSync, readFileSync } from "node:fs";
 import { createServer } from "node:http";
 import { join } from "node:path";
 import { setTimeout as pause } from "node:timers/promises";
 
-// How long a style sheet keeps its page waiting, in milliseconds.
+// How long a page waits for its style sheet, in milliseconds.
 const lateTime = 700;
 
 const style = `
@@ -50,7 +50,7 @@ function bodyOf(path, port) {
   return path.startsWith("/pages/") ? smallPage(path.slice("/pages/".length), port) : (pages[path]?.(port) ?? "");
 }
 
-// Serves the pages on `wanted`, or else on a free port, until close() is called. Throws if it can't.
+// Serves the pages on the port `wanted`, or on a free one, until close() is called. Throws if it can't.
 export async function startSite(wanted = 0) {
   const server = createServer(async (request, response) => {
     const path = new URL(request.url, "http://localhost").pathname;

@@ -1,11 +1,11 @@
-// A host with the development agent in a folder of its own, and what tests wait for.
+// A host with the development agent, in a folder of its own; and functions that wait.
 import { chmodSync, cpSync, mkdirSync, readdirSync, readlinkSync, readFileSync, writeFileSync } from "node:fs";
 import { join, resolve } from "node:path";
 import { setTimeout as pause } from "node:timers/promises";
 
 export const root = resolve(import.meta.dirname, "../..");
 
-// A machine that builds something else meanwhile is slow.
+// Long, since a machine that builds something at the same time is slow.
 export const timeout = 30_000;
 
 // The logins of the sites, as the agent's file has them.
@@ -20,7 +20,7 @@ export function loginOf(site) {
   return logins.find((login) => login.site === `${site}.localhost`);
 }
 
-// Puts host and agent with `known` logins into `folder`; gives the path of the host.
+// Puts the host and the agent, with `known` logins, into `folder`; returns the path of the host.
 export function installHost(folder, build, known = logins) {
   mkdirSync(folder, { recursive: true });
   for (const name of ["cfhost", "cfagent.so"]) cpSync(join(build, "bin", name), join(folder, name));
@@ -62,18 +62,18 @@ export function processesOf(path) {
   return found;
 }
 
-// Waits until `condition` gives something true, and gives that.
-export async function until(what, condition, patience = timeout) {
-  const end = Date.now() + patience;
+// Waits until `condition` returns something true, and returns that.
+export async function until(what, condition, limit = timeout) {
+  const end = Date.now() + limit;
   while (Date.now() < end) {
     const result = await condition();
     if (result) return result;
     await pause(50);
   }
-  throw new Error(`not within ${patience / 1000} s: ${what}`);
+  throw new Error(`not within ${limit / 1000} s: ${what}`);
 }
 
-// Waits until the login has come into the page's, or frame's, fields.
+// Waits until the login is in the fields of the page or frame.
 export async function expectFilled(page, { user, password }) {
   const show = async () => ({
     user: await page.locator("#user").inputValue(),

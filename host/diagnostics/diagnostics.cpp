@@ -16,11 +16,11 @@ constexpr platform::config_key dump_key = {u"Orvanta", u"coffer.ini", u"coffer",
 
 constexpr std::size_t line_buffer_size = 256;
 
-// What the formatters are told of the buffers: a line has 254 elements at most, and a terminator.
+// The room that the formatters may fill: a line has at most 254 elements, and a terminator.
 constexpr std::size_t line_room = line_buffer_size - 1;
 
-// First stage: the frame of a line around the caller's format, which passes through as text and so
-// keeps its directives for the second stage.
+// First stage: wraps the frame of a line around the caller's format. The format passes through as
+// text, so its directives are left for the second stage.
 template <class Element>
 const Element* compose(Element* out, const Element* composition, ...) {
   std::va_list arguments;
@@ -39,7 +39,7 @@ std::size_t dump_switch_text(wide_char (&out)[max_dump_value]) {
 void read_dump_switch() {
   wide_char value[max_dump_value] = {};
   const std::size_t length = dump_switch_text(value);
-  // A value that arrives cut uses all of the room: what it would mean was not read.
+  // A value that fills the room was cut, so what it means isn't known.
   const bool usable = length >= 1 && length <= max_dump_value - 2;
   dump_off = !usable || platform::leading_integer(value) == 0;
 }

@@ -32,7 +32,7 @@ class line_formatter {
   Element* end_;
 };
 
-// The width that strings of the given element's format call the other one.
+// The element type of the other width, which %S takes.
 template <class Element>
 struct other_width {
   using type = wide_char;

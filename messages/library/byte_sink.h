@@ -15,10 +15,10 @@ constexpr std::size_t largest_payload = INT32_MAX;
 
 class byte_sink final : public implements<byte_sink, cfSink> {
  public:
-  // Starts with `room` zero bytes ahead of the form, which don't count towards the payload.
+  // Starts with `room` zero bytes before the form, which don't count towards the payload.
   explicit byte_sink(std::size_t room = 0) : room_(room), bytes_(room) {}
 
-  // False when the payload would become too long.
+  // False if the payload would become too long.
   bool write_bytes(const void* bytes, std::uint64_t size) override {
     if (size > largest_payload - (bytes_.size() - room_)) return false;
     const auto* const first = static_cast<const unsigned char*>(bytes);

@@ -5,23 +5,23 @@
 #include "platform/platform.h"
 
 struct client_loader {
-  wide_string path;                          // last asked for, also when that failed
+  wide_string path;                          // of the last load, even if it failed
   platform::module_handle module = nullptr;  // null while no library is loaded
-  cfApi* api = nullptr;                      // the library's root object, null while none is known
+  cfApi* api = nullptr;                      // the library's root object, or null
 };
 
 // The one loader of the process; unload_client_library is its exit action.
 extern client_loader client_library;
 
-// The way to the agent. Written once, before the observer is registered.
+// The connection to the agent. Written once, before the observer is registered.
 extern iCfClient* agent_client;
 
 // Loads the client library from the folder that holds `module`, never from the working directory.
-// True if it is loaded and has its entry; the entry may have given null.
+// True if it is loaded and has its entry, even if the entry returned null.
 bool load_client_next_to(platform::module_handle module);
 
-// Loads the library at `path`. False, with nothing loaded, when there is none or it lacks its
-// entry. False also while a library is loaded: that one stays.
+// Loads the library at `path`. False, with nothing loaded, if there is none or it lacks its entry.
+// Also false while a library is loaded; that one stays.
 bool load_client_library(const wide_string& path);
 
 // Forgets the library's objects, then unloads it.

@@ -1,4 +1,4 @@
-# Completion for cfsetup, cfext and cfdebug: of what their --help names, so that the two never differ.
+# Completion for cfsetup, cfext and cfdebug, taken from their --help, so that the two never differ.
 
 _cfhost_programs() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= help words

@@ -2,9 +2,9 @@ set(CFHOST_KIT_FOLDER ${CMAKE_CURRENT_LIST_DIR})
 
 # cfhost_add_agent_library(NAME SOURCE...)
 #
-# Makes the target NAME, a library with the file name that the host looks for. Its one export is
-# Api, and it brings its C++ runtime along: the host has its own, and no other may come between.
-# Link it with cfhost::agent_interface or cfhost::messages.
+# Makes the target NAME, a library with the file name that the host looks for. It exports only Api, and
+# has the C++ runtime linked in: the host has a runtime of its own, and the two must not mix. Link it with
+# cfhost::agent_interface or cfhost::messages.
 function(cfhost_add_agent_library name)
   add_library(${name} MODULE ${ARGN})
   set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME cfagent CXX_VISIBILITY_PRESET default)
@@ -14,7 +14,7 @@ function(cfhost_add_agent_library name)
   else()
     set(exports ${CFHOST_KIT_FOLDER}/cfagent.map)
     set_target_properties(${name} PROPERTIES LINK_DEPENDS ${exports})
-    # Other exports could become unique in the process, and then the library could not be unloaded.
+    # Other exports could become unique in the process, and then the library couldn't be unloaded.
     target_link_options(${name} PRIVATE
       -static-libstdc++ -static-libgcc LINKER:--version-script=${exports} LINKER:-z,defs)
   endif()

@@ -23,7 +23,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// How often a child that is waited for is looked at.
+// How often a child is polled while it is waited for.
 constexpr milliseconds wait_step{1};
 
 struct pipe_ends {
@@ -31,7 +31,7 @@ struct pipe_ends {
   descriptor writing;
 };
 
-// Above the standard streams, which the child's ends are moved onto one after the other.
+// Keeps an end clear of the standard streams, which the child's ends are moved onto one by one.
 descriptor above_standard_streams(descriptor end) {
   if (!end.valid() || end.get() > STDERR_FILENO) return end;
   return descriptor(fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
@@ -45,7 +45,7 @@ bool make_pipe(pipe_ends& ends) {
   return ends.reading.valid() && ends.writing.valid();
 }
 
-// What poll takes; at most the time that is left until `timeout` after `start`.
+// The timeout for poll: what is left until `timeout` after `start`.
 int poll_time(steady_clock::time_point start, milliseconds timeout) {
   if (timeout == child_process::forever) return -1;
   const auto gone = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
@@ -53,7 +53,7 @@ int poll_time(steady_clock::time_point start, milliseconds timeout) {
   return static_cast<int>(left);
 }
 
-// True when `fd` is ready for `events`, or broken, which the next transfer will tell.
+// True when `fd` is ready for `events`, or broken; the next transfer shows which.
 bool wait_ready(int fd, short events, milliseconds timeout) {
   const auto start = steady_clock::now();
   pollfd request{fd, events, 0};
@@ -167,8 +167,8 @@ struct spawn_settings {
   spawn_settings& operator=(const spawn_settings&) = delete;
 };
 
-// The error number, 0 on success. A program that can't be executed is an error here too: the call
-// comes back only when the child has become the program.
+// Returns the error number, 0 on success. A program that can't be executed is an error here too:
+// the call returns only when the child has become the program.
 int spawn(pid_t& id, const std::string& program, std::vector<std::string> arguments, int input,
           int output) {
   arguments.insert(arguments.begin(), program);
@@ -187,7 +187,8 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
                                                     const std::vector<std::string>& arguments,
                                                     std::string& error, bare_scripts scripts) {
   std::signal(SIGPIPE, SIG_IGN);
-  // Who ignores it, as some parents leave it to their children, is never told of an end.
+  // A process that ignores this signal, as some parents leave it to their children, is never told
+  // of a child's end.
   std::signal(SIGCHLD, SIG_DFL);
   pipe_ends input;
   pipe_ends output;
@@ -220,7 +221,7 @@ std::string crash_of(int exit_value) {
   return "signal " + std::to_string(number) + " (" + strsignal(number) + ")";
 }
 
-// Sanitizers have handlers of their own, which would make an exit of it.
+// Sanitizers have handlers of their own, which would turn a crash into an ordinary exit.
 void crash_quietly() {
   const rlimit none = {0, 0};
   setrlimit(RLIMIT_CORE, &none);

@@ -11,7 +11,7 @@
 namespace platform {
 namespace {
 
-// A configuration of one key has no business being larger; what is, counts as missing.
+// Far more than one key needs. A larger file counts as missing.
 constexpr off_t max_config_file_size = off_t{64} * 1024;
 
 // Names of folders, files, sections and keys are ASCII constants of the host.

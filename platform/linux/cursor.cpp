@@ -1,6 +1,6 @@
-// The pointer of the X server. The protocol is spoken by hand: three messages over one descriptor
-// under one deadline, where a library would read what it likes for as long as it likes, and would
-// be code that the environment chooses. Each question has a connection of its own.
+// The pointer's position, asked of the X server. The protocol is spoken by hand: three messages
+// over one descriptor under one deadline. An X library would read what it likes for as long as it
+// likes, and would be code that the environment chooses. Each query has a connection of its own.
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -14,10 +14,10 @@
 namespace platform {
 namespace {
 
-// A server on this machine answers within microseconds. One that hangs must not stop the requests.
+// A server on this machine answers within microseconds. One that hangs must not hold up requests.
 constexpr std::chrono::milliseconds x_answer_timeout{250};
 
-// Any user may listen where no server does, and would be given the user's key.
+// Where no server listens, any user may, and would be sent this user's key.
 bool is_trusted(int server) {
   ucred peer = {};
   socklen_t size = sizeof peer;

@@ -25,8 +25,8 @@ inline std::string debug_folder(const sockaddr_un& address) {
   return path.substr(0, path.rfind('/'));
 }
 
-// True if nobody but the user can have put anything into the folder, or take it away. Else lines,
-// which hold passwords, could go to a socket of somebody else's.
+// True if nobody but the user can have put anything into the folder or can take it away. Otherwise
+// lines, which hold passwords, could go to somebody else's socket.
 inline bool is_own_folder(const std::string& folder) {
   struct stat status {};
   return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&

@@ -1,6 +1,6 @@
 // The stand-in for a debugger's output window: one datagram per line to a socket in the user's own
-// runtime folder. Nobody listening means that the line is gone; messages hold passwords, so they
-// must not pile up anywhere.
+// runtime folder. If nobody listens, the line is lost: messages hold passwords, so lines must not
+// pile up anywhere.
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -23,7 +23,7 @@ struct debug_socket {
   std::string folder = debug_folder(address);
 };
 
-// Longer than any line of the diagnostics, in units; what is beyond is cut.
+// Longer than any line of the diagnostics, in units; the rest is cut.
 constexpr std::size_t max_wide_line = 256;
 
 void send_line(const char* line, std::size_t length) {

@@ -15,7 +15,7 @@
 namespace platform {
 namespace {
 
-// Several times the longest line of a host.
+// Several times the longest line that a host writes.
 constexpr std::size_t max_line = 4096;
 
 constexpr mode_t beyond_owner = S_IXUSR | S_IRWXG | S_IRWXO;
@@ -31,7 +31,7 @@ void request_end(int) {
   errno = saved;
 }
 
-// Without restart, so that a write to a stuck terminal is given up too.
+// Without SA_RESTART, so that a write to a stuck terminal is interrupted too.
 bool watch_signals(std::string& error) {
   if (pipe2(end_pipe, O_CLOEXEC | O_NONBLOCK) != 0) {
     error = because("can't make a pipe");
@@ -49,7 +49,7 @@ class linux_viewer final : public debug_viewer {
  public:
   linux_viewer() : address_(debug_address()) {}
 
-  // What is at the path may be another's by now.
+  // By now the path may hold another viewer's socket.
   ~linux_viewer() override {
     struct stat now {};
     const bool ours = bound_ && lstat(address_.sun_path, &now) == 0 && now.st_dev == file_.st_dev &&
@@ -80,8 +80,8 @@ class linux_viewer final : public debug_viewer {
   }
 
  private:
-  // The folder, locked until it is closed, so that two viewers that start at once don't take each
-  // other's socket for a left-over.
+  // Opens the folder and locks it until it is closed, so that two viewers that start at once don't
+  // take each other's socket for a leftover.
   descriptor open_folder(std::string& error) const {
     const std::string folder = debug_folder(address_);
     descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -103,7 +103,7 @@ class linux_viewer final : public debug_viewer {
     return {};
   }
 
-  // Removes the socket of a viewer that died; nobody else's file.
+  // Removes the socket that a dead viewer left behind, and nobody else's file.
   bool make_place(std::string& error) {
     socket_ = descriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     struct stat present {};
@@ -122,7 +122,7 @@ class linux_viewer final : public debug_viewer {
     return true;
   }
 
-  // The mask, unlike a later change of the mode, leaves no moment at which others could write.
+  // Unlike a later change of the mode, the mask leaves no moment at which others could write.
   bool listen(std::string& error) {
     const mode_t mask = umask(beyond_owner);
     bound_ =

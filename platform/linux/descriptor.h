@@ -11,7 +11,7 @@ class descriptor {
  public:
   descriptor() = default;
 
-  // Takes what a call of the system gave, also when that failed.
+  // Takes the result of a system call, even of one that failed.
   explicit descriptor(int fd) : fd_(fd) {}
   descriptor(descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
   descriptor& operator=(descriptor&& other) noexcept {
@@ -23,7 +23,7 @@ class descriptor {
   bool valid() const { return fd_ >= 0; }
   int get() const { return fd_; }
 
-  // False if the system reports that what was written before is lost.
+  // False if the system reports that earlier writes were lost.
   bool close() { return fd_ < 0 || ::close(std::exchange(fd_, -1)) == 0; }
 
  private:

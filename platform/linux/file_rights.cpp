@@ -4,10 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 
 #include "platform/files.h"
+#include "platform/linux/failure_text.h"
 
 namespace platform {
 namespace {
@@ -30,7 +29,7 @@ void add_parts(std::string part, std::vector<std::string>& parts) {
 
 bool change_mode(const std::string& path, mode_t mode, std::string& error) {
   if (chmod(path.c_str(), mode) == 0) return true;
-  error = "can't change who may use " + path + ": " + std::strerror(errno);
+  error = failure_text("change who may use", path);
   return false;
 }
 
@@ -55,7 +54,7 @@ std::string foreign_part(const std::string& path) {
   std::string found = parent == path ? std::string() : foreign_part(parent);
   struct stat here = {};
   if (!found.empty() || lstat(path.c_str(), &here) != 0) return found;
-  // The rights of a link say nothing, its owner does.
+  // A link's permissions say nothing; its owner does.
   const bool foreign =
       S_ISLNK(here.st_mode) ? here.st_uid != 0 && here.st_uid != geteuid() : is_for_others(here);
   return foreign ? path : std::string();

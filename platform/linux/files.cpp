@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/failure_text.h"
 
 namespace platform {
 namespace {
@@ -19,10 +20,6 @@ namespace {
 constexpr mode_t own_folder_mode = 0700;
 constexpr mode_t shared_folder_mode = 0755;
 constexpr mode_t file_mode = 0644;
-
-std::string reason(const char* action, const std::string& path) {
-  return std::string("can't ") + action + ' ' + path + ": " + std::strerror(errno);
-}
 
 bool write_all(int fd, const std::string& content) {
   std::size_t done = 0;
@@ -34,14 +31,14 @@ bool write_all(int fd, const std::string& content) {
   return true;
 }
 
-// Whoever shares the folder is to get in, whatever mask an administrator has.
+// Shared folders stay open to everybody even under an administrator's stricter umask.
 bool make_folder(const std::string& path, folder_readers readers) {
   if (readers == folder_readers::owner) return mkdir(path.c_str(), own_folder_mode) == 0;
   return mkdir(path.c_str(), shared_folder_mode) == 0 &&
          chmod(path.c_str(), shared_folder_mode) == 0;
 }
 
-// Goes up only while folders are missing, which ends early for a path that is too long.
+// Goes up only while folders are missing; a path that is too long ends the recursion at once.
 bool make_folders(const std::string& path, folder_readers readers, std::string& error) {
   if (look_at(path).is_folder || make_folder(path, readers)) return true;
   const std::string parent = folder_of(path);
@@ -50,7 +47,7 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
     if (make_folder(path, readers)) return true;
   }
   if (errno != EEXIST) {
-    error = reason("make the folder", path);
+    error = failure_text("make the folder", path);
     return false;
   }
   // Another program may have been faster.
@@ -59,7 +56,7 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
   return false;
 }
 
-// The content must be on the disk before the name is: a crash in between would leave an empty file.
+// The content must be on the disk before the name: a crash in between would leave an empty file.
 bool fill(descriptor file, const std::string& content) {
   return write_all(file.get(), content) && fchmod(file.get(), file_mode) == 0 &&
          fsync(file.get()) == 0 && file.close();
@@ -99,10 +96,10 @@ std::string started_file(const std::string& path) {
 
 bool read_file(const std::string& path, std::size_t limit, std::string& content,
                std::string& error) {
-  // Without waiting: a pipe in the place of the file must not hold anybody up.
+  // Doesn't wait: a pipe in the file's place must not hold anybody up.
   const descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.valid()) {
-    error = reason("read", path);
+    error = failure_text("read", path);
     return false;
   }
   content.resize(limit + 1);
@@ -112,7 +109,7 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
     count = read(file.get(), content.data() + size, content.size() - size);
     if (count > 0) size += static_cast<std::size_t>(count);
   } while (size <= limit && (count > 0 || (count < 0 && errno == EINTR)));
-  if (count < 0) error = reason("read", path);
+  if (count < 0) error = failure_text("read", path);
   if (size > limit) error = path + " is longer than " + std::to_string(limit) + " bytes";
   content.resize(size);
   return count >= 0 && size <= limit;
@@ -121,7 +118,7 @@ bool read_file(const std::string& path, std::size_t limit, std::string& content,
 bool write_file(const std::string& path, const std::string& content, folder_readers readers,
                 std::string& error) {
   if (!make_folders(folder_of(path), readers, error)) return false;
-  // A file that may not grow is an error like a full disk, and must leave nothing behind.
+  // Reaching the limit on file sizes is an error like a full disk, and must leave nothing behind.
   std::signal(SIGXFSZ, SIG_IGN);
   std::string temporary = path + ".XXXXXX";
   descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
@@ -129,14 +126,14 @@ bool write_file(const std::string& path, const std::string& content, folder_read
   if (made && fill(std::move(file), content) && rename(temporary.c_str(), path.c_str()) == 0) {
     return true;
   }
-  error = reason("write", path);
+  error = failure_text("write", path);
   if (made) unlink(temporary.c_str());
   return false;
 }
 
 bool remove_file(const std::string& path, std::string& error) {
   if (unlink(path.c_str()) == 0 || errno == ENOENT) return true;
-  error = reason("remove", path);
+  error = failure_text("remove", path);
   return false;
 }
 

@@ -5,7 +5,7 @@
 namespace platform {
 namespace {
 
-// The loader begins with the name of the file that it can't open.
+// The loader's message begins with the name of the file that it can't open.
 std::string missing_in(const std::string& error, const std::string& path) {
   const std::size_t end = error.find(": cannot open shared object file");
   if (end == std::string::npos) return {};

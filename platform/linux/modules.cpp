@@ -40,8 +40,8 @@ bool has_all_segments(int fd, std::uint64_t file_size) {
   return true;
 }
 
-// The loader would wait at a pipe for ever, and die of a file whose copying was cut short. All else
-// it judges itself.
+// The loader would wait for ever at a pipe, and would crash on a file whose copying was cut short.
+// It checks everything else itself.
 bool is_whole_file(const char* path) {
   const descriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat found = {};
@@ -51,7 +51,7 @@ bool is_whole_file(const char* path) {
 
 }  // namespace
 
-// The only module whose folder is ever asked for is the executable; the handle just says so.
+// The executable is the only module whose folder is ever asked for; the handle just stands for it.
 module_handle own_module() {
   static char executable;
   return &executable;
@@ -69,7 +69,7 @@ wide_string library_path_beside(module_handle, wide_view name) {
 void restrict_library_search() {}
 
 module_handle load_library(const wide_string& path) {
-  // The loader replaces words behind a '$', which could lead to another folder.
+  // The loader expands words after a '$', which could lead to another folder.
   if (path.empty() || path.front() != u'/' || path.find(u'$') != path.npos) return nullptr;
   const std::string file = narrow_path(path);
   if (!is_whole_file(file.c_str())) return nullptr;

@@ -9,15 +9,12 @@
 #include <cstring>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/failure_text.h"
 
 namespace platform {
 namespace {
 
 constexpr mode_t owner_only = 0600;
-
-std::string reason(const char* action, const std::string& path) {
-  return std::string("can't ") + action + ' ' + path + ": " + std::strerror(errno);
-}
 
 class linux_file final : public private_file {
  public:
@@ -29,7 +26,7 @@ class linux_file final : public private_file {
       if (count >= 0) {
         text.remove_prefix(static_cast<std::size_t>(count));
       } else if (errno != EINTR) {
-        error = reason("write", path_);
+        error = failure_text("write", path_);
         return false;
       }
     }
@@ -45,13 +42,13 @@ class linux_file final : public private_file {
 
 std::unique_ptr<private_file> private_file::create(const std::string& path, bool& exists,
                                                    std::string& error) {
-  // A file that may not grow is an error like a full disk.
+  // Reaching the limit on file sizes is an error like a full disk.
   std::signal(SIGXFSZ, SIG_IGN);
   descriptor file(
       open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, owner_only));
   exists = !file.valid() && errno == EEXIST;
   if (!file.valid()) {
-    error = reason("make", path);
+    error = failure_text("make", path);
     return nullptr;
   }
   return std::make_unique<linux_file>(std::move(file), path);

@@ -21,7 +21,7 @@ namespace {
 
 using clock = std::chrono::steady_clock;
 
-// A pipe holds as much. Each read costs a call and wakes the writer.
+// The capacity of a pipe. Each read costs a call and wakes the writer.
 constexpr std::size_t input_buffer_size = std::size_t{64} * 1024;
 
 void make_waiting(int fd) {
@@ -29,22 +29,22 @@ void make_waiting(int fd) {
   if (flags >= 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
 }
 
-// What is known to be left of a page of a pipe.
+// The room known to be left in a page of a pipe.
 struct pipe_room {
   int fd = -1;
   std::size_t left = 0;
 };
 
-// Whether a page of the pipe takes several writes, as it does unless they are packets.
+// Whether several writes share a page of the pipe, as they do unless it is in packet mode.
 bool joins_writes(int fd) {
   return fcntl(fd, F_GETPIPE_SZ) > 0 && (fcntl(fd, F_GETFL) & O_DIRECT) == 0;
 }
 
-// A pipe that hangs up tells so by itself; how much is left in it, and the end of a file, have to
-// be asked for again and again.
+// poll reports a pipe that hangs up, but not how much is left in it, nor the end of a file. Those
+// have to be asked for at intervals.
 constexpr int asking_interval = 20;  // in milliseconds
 
-// What can be read at once; unknown counts as nothing.
+// How many bytes can be read at once; 0 if unknown.
 std::size_t unread_bytes(int fd) {
   int count = 0;
   return ioctl(fd, FIONREAD, &count) == 0 ? static_cast<std::size_t>(std::max(count, 0)) : 0;
@@ -55,8 +55,8 @@ bool is_file(int fd) {
   return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// A pipe is ready when a page of it is free, PIPE_BUF bytes, more than any frame. The input is
-// watched for its end alone; data in it is the main thread's.
+// A pipe is ready when a page of it is free: PIPE_BUF bytes, more than any frame. The input is
+// watched for its end alone; its data is the main thread's business.
 bool wait_until_ready(int output, input_question has_to_serve, std::chrono::milliseconds timeout) {
   pollfd streams[] = {{output, POLLOUT, 0}, {STDIN_FILENO, POLLRDHUP, 0}};
   bool ended = is_file(STDIN_FILENO);
@@ -83,7 +83,7 @@ void* abandon_exit(void*) {
   leave_now(end_of_process.exit_value);
 }
 
-// Inherits that all signals are blocked, so that no handler of a library can keep it.
+// The thread starts with all signals blocked, so that no handler of a library can hold it up.
 bool start_clock_thread() {
   sigset_t all, before;
   sigfillset(&all);
@@ -95,8 +95,8 @@ bool start_clock_thread() {
   return started;
 }
 
-// For a process that may have no thread: by the one signal that a library can't have turned off,
-// which costs the exit value.
+// For a process that can't start a thread. Uses the one signal that a library can't have turned
+// off, which costs the exit value.
 void start_fatal_timer() {
   sigevent event = {};
   event.sigev_notify = SIGEV_SIGNAL;
@@ -116,11 +116,10 @@ timespec time_after(std::chrono::milliseconds limit) {
 
 }  // namespace
 
-// The other way would be to clear the dumpable flag of the process. That also keeps debuggers away,
-// and whoever of the same user looks under /proc who the process is, as an agent does that wants to
-// know who has connected. So files are forbidden by the limit, and since a program that takes
-// dumps through a pipe is given them whatever the limit says, the filter of the process leaves
-// nothing of its memory in one.
+// Clearing the process's dumpable flag would also keep debuggers away, and any program of the same
+// user that looks up the process under /proc, as an agent does that wants to know who has
+// connected. So the limit forbids core files. A program that receives dumps through a pipe gets
+// them whatever the limit says, so the dump filter leaves none of the process's memory in them.
 void forbid_memory_dumps() {
   const rlimit none = {0, 0};
   setrlimit(RLIMIT_CORE, &none);
@@ -128,16 +127,15 @@ void forbid_memory_dumps() {
   (void)!write(filter.get(), "0", 1);
 }
 
-// Opening takes the lowest free number, so it goes upwards from 0.
+// Opening takes the lowest free number, so the loop goes upwards from 0.
 void occupy_standard_streams() {
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
     if (fcntl(fd, F_GETFD) == -1 && errno == EBADF) (void)open("/dev/null", O_RDWR);
   }
 }
 
-// Streams carry raw bytes here anyway. The runtime's default answers to a closed reader and to a
-// file that is full, ending the process by a signal, would let the output side decide over the
-// host's life.
+// Streams are always binary here. By default a reader that has gone away, or a file that is full,
+// ends the process by a signal; then the output side would decide how long the host lives.
 void prepare_standard_streams() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
@@ -152,13 +150,13 @@ bool wait_for_input(std::FILE* input) {
   return poll(&stream, 1, -1) > 0 || errno == EINTR;
 }
 
-// The fields of the stream are those that the C library's own macros once used.
+// These fields of the stream are the ones that the C library's own macros once used.
 std::size_t read_ahead(std::FILE* input) {
   return static_cast<std::size_t>(input->_IO_read_end - input->_IO_read_ptr);
 }
 
-// While less than a page has been written since a pipe was ready, its page isn't full, and nothing
-// need be asked.
+// Until a page has been written since the pipe was last ready, it still has room and needn't be
+// asked.
 bool wait_for_output(std::FILE* output, std::size_t size, input_question has_to_serve,
                      std::chrono::milliseconds timeout) {
   static pipe_room room;
@@ -187,7 +185,7 @@ int forbid_cancellation() {
 
 void allow_cancellation(int as_before) { pthread_setcancelstate(as_before, nullptr); }
 
-// Not _exit, in whose place the thread sanitizer flushes the streams first.
+// Not _exit: the thread sanitizer replaces it by one that flushes the streams first.
 void leave_now(int exit_value) { std::_Exit(exit_value); }
 
 }  // namespace platform

@@ -14,22 +14,21 @@
 namespace platform {
 namespace {
 
-// Whether a transfer that failed is worth another try. Whoever shares the stream may have turned
-// its waiting off.
+// Whether a failed transfer is worth another try. A program that shares the stream may have made it
+// non-blocking.
 bool can_go_on(int fd, short events) {
   if (errno == EINTR) return true;
   pollfd stream = {fd, events, 0};
   return errno == EAGAIN && (poll(&stream, 1, -1) >= 0 || errno == EINTR);
 }
 
-// The number stays taken: a file that is opened later must not get in the place of the stream.
+// Keeps the number taken: a file that is opened later must not take the stream's place.
 void replace_by_nothing(int fd) {
   const descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
   if (!nothing.valid() || dup2(nothing.get(), fd) < 0) close(fd);
 }
 
-// Better than to ask for the lowest priority of all: what is recorded must not fall behind for
-// good.
+// Not the lowest priority of all: the recording must not fall behind for good.
 constexpr int politeness = 10;
 
 std::atomic<pid_t> heir{0};
@@ -76,7 +75,7 @@ void pass_on_end_requests(std::int64_t process_id) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT}) sigaction(signal, &action, nullptr);
 }
 
-// A thread has a priority of its own here, whatever the standard says.
+// On Linux a thread has its own priority, whatever the standard says.
 void give_way() { setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), politeness); }
 
 }  // namespace platform

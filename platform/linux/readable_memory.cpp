@@ -8,7 +8,7 @@
 
 namespace platform {
 
-// Copies in steps, and asks the kernel, which refuses where this process would die.
+// Has the kernel copy the memory in steps: it reports an error where this process would crash.
 bool is_readable(const void* memory, std::size_t size) {
   char copy[4096];
   auto* const bytes = static_cast<char*>(const_cast<void*>(memory));

@@ -35,7 +35,7 @@ std::string user_path(const std::string& root, std::string_view path) {
 
 bool exists(const std::string& path) { return !path.empty() && look_at(path).exists; }
 
-// Whether one of several names makes a path that is there.
+// Whether any of the names makes a path that exists.
 template <class Path>
 bool any_exists(std::string_view names, Path path_of) {
   while (!names.empty()) {
@@ -80,7 +80,7 @@ std::string host_of_manifest(const std::string&, const std::string& named) {
 }
 
 std::string registered_file(const manifest_place& place) {
-  // A link that leads nowhere counts: the browser finds something there, if nothing good.
+  // A dangling link counts too: the browser finds something there, if nothing good.
   struct stat ignored = {};
   const bool found = !place.file.empty() && lstat(place.file.c_str(), &ignored) == 0;
   return found ? place.file : std::string();

@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-// A request goes 2.4 KB deep below the function that serves it, a notification less.
+// Serving a request takes 2.4 KB of stack below the function that does it, a notification less.
 constexpr std::size_t stack_reach = std::size_t{4} * 1024;
 
 }  // namespace
@@ -31,8 +31,8 @@ void return_free_memory() { malloc_trim(0); }
   wipe(below, sizeof below);
 }
 
-// The fields of the stream are those that the C library's own macros once used; no function tells
-// where in its buffer a stream stands.
+// These fields of the stream are the ones that the C library's own macros once used; no function
+// tells where in its buffer a stream stands.
 void wipe_read_bytes(std::FILE* input, std::size_t size) {
   if (input->_IO_buf_base == nullptr) return;
   const auto before = static_cast<std::size_t>(input->_IO_read_ptr - input->_IO_buf_base);
@@ -40,7 +40,7 @@ void wipe_read_bytes(std::FILE* input, std::size_t size) {
     wipe(input->_IO_read_ptr - size, size);
     return;
   }
-  // The buffer was filled in between. What it held before may go on behind what it holds now.
+  // The buffer was refilled in between. What it held before may extend beyond what it holds now.
   wipe(input->_IO_buf_base, before);
   wipe(input->_IO_read_end, static_cast<std::size_t>(input->_IO_buf_end - input->_IO_read_end));
 }

@@ -28,7 +28,7 @@ constexpr char reply = 1;
 constexpr char error = 0;
 constexpr char long_event = 35;  // the one kind that may be longer than a reply
 
-// A text with places in it. Behind its end everything is 0.
+// Bytes addressed by position. Past the end everything reads as 0.
 struct packet {
   std::string bytes;
 
@@ -53,7 +53,7 @@ void put_padded(std::string& text, std::string_view field) {
   text.append(field).append(padded(field.size()) - field.size(), '\0');
 }
 
-// One deadline over everything that is said and heard.
+// One deadline covers everything that is sent and received.
 class x_stream {
  public:
   x_stream(int server, clock::time_point deadline) : server_(server), deadline_(deadline) {}
@@ -68,7 +68,7 @@ class x_stream {
   }
 
   bool hear(packet& into, std::size_t size) {
-    // A server that never stops talking doesn't keep anybody waiting.
+    // A server that never stops talking must not keep anybody waiting.
     if (clock::now() >= deadline_) return false;
     into.bytes.resize(size);
     for (std::size_t got = 0; got < size;) {
@@ -80,7 +80,7 @@ class x_stream {
   }
 
  private:
-  // After a transfer that failed: whether it may be tried again, once it need not wait.
+  // After a failed transfer: waits until it can be tried again. False if it can't be.
   bool may_go_on(short event) const {
     if (errno != EAGAIN && errno != EINTR) return false;
     pollfd wanted = {server_, event, 0};
@@ -105,7 +105,7 @@ std::string greeting(std::string_view key) {
   return text;
 }
 
-// Where the next screen begins: behind its depths, each with its visuals.
+// Where the next screen begins: after this one's depths, each with its visuals.
 std::size_t end_of_screen(const packet& setup, std::size_t place) {
   int depths = setup.at<std::uint8_t>(place + 39);
   for (place += screen_fixed_size; depths > 0; --depths) {
@@ -123,7 +123,7 @@ std::uint32_t root_of(const packet& setup, int screen) {
   return setup.at<std::uint32_t>(place);
 }
 
-// A length of two bytes, in words, bounds the setup.
+// The setup's length has two bytes and counts words, which bounds it.
 std::uint32_t hear_root(x_stream& stream, int screen) {
   packet head, setup;
   if (!stream.hear(head, setup_head_size) || head.bytes[0] != success) return 0;

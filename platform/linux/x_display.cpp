@@ -18,10 +18,10 @@
 namespace platform {
 namespace {
 
-// Far more than the keys of all displays that a user has.
+// Far more than the keys of all of a user's displays.
 constexpr std::size_t max_keys_size = std::size_t{64} * 1024;
 
-// What an entry of the file with the keys is for: a machine, or any.
+// Whom an entry of the key file is for: this machine, or any.
 constexpr std::uint16_t local_family = 256;
 constexpr std::uint16_t wild_family = 0xFFFF;
 
@@ -37,7 +37,7 @@ std::string keys_path() {
   return std::string(home != nullptr ? home : "") + "/.Xauthority";
 }
 
-// The beginning of the file, if it is a regular one: any other could keep its reader waiting.
+// The start of the key file, if it is a regular file; any other kind could keep its reader waiting.
 std::string read_keys() {
   const descriptor file(open(keys_path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status = {};
@@ -48,7 +48,7 @@ std::string read_keys() {
   return keys;
 }
 
-// Takes fields off a text, each number with its high byte first. Behind a field that isn't whole
+// Takes fields off a text; numbers have their high byte first. After a field that isn't whole
 // everything is empty.
 struct field_reader {
   std::string_view rest;

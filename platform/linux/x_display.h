@@ -1,4 +1,4 @@
-// The X server that the environment names, and what proves to it that the user may ask.
+// The X server that the environment names, and the key that lets the user ask it.
 #pragma once
 
 #include <sys/socket.h>
@@ -26,8 +26,8 @@ struct x_address {
 };
 std::vector<x_address> addresses_of(const x_display& display);
 
-// The key of that display in the file that XAUTHORITY names, or the user's own. Empty if there is
-// none; then the server may still know the user.
+// The key for `display`, from the file that XAUTHORITY names or from the user's own. Empty if there
+// is none; the server may still accept the user.
 std::string key_of(const x_display& display);
 
 }  // namespace platform

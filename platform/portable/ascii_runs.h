@@ -1,19 +1,16 @@
 // Runs of ASCII, which most texts of a page consist of, converted many at a time.
 //
-// Both functions convert from the start of the input up to the first unit that isn't ASCII, or a
-// little less, and step both positions on. They may write behind what they report, but not beyond
-// one element of the output for each element of the input.
+// Both functions convert from the start of the input up to the first unit that isn't ASCII, or stop
+// a little earlier, and advance both positions. They may write past what they report, but never
+// more than one element of the output for each element of the input.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "platform/portable/vectors.h"
 #include "platform/wide.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace ascii_runs {
 
@@ -38,7 +35,7 @@ inline void narrow_wordwise(const wide_char*& in, const wide_char* end, char*& o
   }
 }
 
-#if defined(__SSE2__)
+#if CFHOST_HAS_VECTORS
 
 inline void store(void* at, __m128i value) { _mm_storeu_si128(static_cast<__m128i*>(at), value); }
 
@@ -59,8 +56,8 @@ inline void store_widened(wide_char* out, __m128i bytes) {
   store(out + 8, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
 }
 
-// Thirty-two bytes at a time, then sixteen, then eight. A block is written whole, and as much of it
-// counts as is ASCII.
+// Thirty-two bytes at a time, then sixteen, then eight. A block is written whole; only the ASCII at
+// its start counts.
 inline void widen(const unsigned char*& in, const unsigned char* end, wide_char*& out) {
   for (; end - in >= 32; in += 32, out += 32) {
     const __m128i first = load(in), second = load(in + 16);
@@ -111,8 +108,8 @@ inline void narrow(const wide_char*& in, const wide_char* end, char*& out) {
   }
 }
 
-// Convert a whole short text by two blocks, which overlap unless they are full. False, with
-// anything in the output, for a text that isn't ASCII, or whose length is beyond that.
+// Convert a whole short text in two blocks, which overlap unless they are full. False, with
+// anything in the output, if the text isn't ASCII or its length doesn't suit.
 inline bool widen_short(const unsigned char* in, std::size_t size, wide_char* out) {
   if (size > 32) return false;
   if (size >= 16) {

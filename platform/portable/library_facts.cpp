@@ -7,7 +7,7 @@
 namespace platform {
 namespace {
 
-// More than any library imports from; a damaged file may seem to have no end.
+// More than any library imports; a damaged file may seem to have no end.
 constexpr std::size_t most_imports = 1000;
 
 struct named_machine {
@@ -32,7 +32,7 @@ std::string name_of(const named_machine (&machines)[Count], std::uint32_t number
   return "machine " + std::to_string(number);
 }
 
-// Fields of a file, low byte first; 0 for what lies outside.
+// Reads fields of a file, low byte first; 0 for what lies outside.
 class fields {
  public:
   explicit fields(std::string_view content) : content_(content) {}
@@ -75,7 +75,7 @@ library_facts facts_of_elf(const fields& file) {
   return facts;
 }
 
-// A file for Windows: its sections say where in it the addresses lie that its tables use.
+// A Windows file. Its sections map the addresses that its tables use to places in the file.
 class pe_file {
  public:
   pe_file(const fields& file, std::size_t header)
@@ -106,7 +106,7 @@ class pe_file {
     return names;
   }
 
-  // Where in the file the address lies; 0 if nowhere.
+  // Where in the file the address lies; 0 if it doesn't.
   std::size_t place_of(std::uint32_t address) const {
     const std::size_t count = file_.at<std::uint16_t>(header_ + 6);
     for (std::size_t i = 0; i < count; ++i) {

@@ -8,15 +8,15 @@ using byte = unsigned char;
 
 constexpr wide_char replacement = 0xFFFD;
 
-// A shorter rest is faster one by one.
+// Shorter runs are faster one by one.
 constexpr std::ptrdiff_t shortest_run = 8;
 
 bool is_continuation(byte b) { return (b & 0xC0) == 0x80; }
 bool is_high_surrogate(wide_char u) { return (u & 0xFC00) == 0xD800; }
 bool is_low_surrogate(wide_char u) { return (u & 0xFC00) == 0xDC00; }
 
-// Whether a lead byte may be followed by this one (Unicode table 3-7). The ranges shut out overlong
-// forms and values above U+10FFFF; surrogates are shut out too, unless they are whole.
+// Whether a lead byte may be followed by this one (Unicode table 3-7). The ranges exclude overlong
+// forms, values above U+10FFFF, and surrogates, which is_three_bytes lets in if they are whole.
 bool may_follow(byte lead, byte second) {
   if (!is_continuation(second)) return false;
   switch (lead) {
@@ -33,8 +33,8 @@ bool may_follow(byte lead, byte second) {
   }
 }
 
-// Length of the maximal subpart at `in`, where no sequence is whole: the lead byte, and as many of
-// the following bytes as could have gone on.
+// Length of the maximal subpart at `in`, where there is no whole sequence: the lead byte and those
+// of the following bytes that could have continued it.
 int ill_formed_length(const byte* in, const byte* end) {
   if (end - in < 2 || !may_follow(in[0], in[1])) return 1;
   return in[0] >= 0xF0 && end - in >= 3 && is_continuation(in[2]) ? 3 : 2;
@@ -44,7 +44,7 @@ bool is_two_bytes(const byte* in, const byte* end) {
   return in[0] >= 0xC2 && in[0] <= 0xDF && end - in >= 2 && is_continuation(in[1]);
 }
 
-// Whole surrogates are let in.
+// Lets whole surrogates in.
 bool is_three_bytes(const byte* in, const byte* end) {
   return (in[0] & 0xF0) == 0xE0 && end - in >= 3 && is_continuation(in[1]) &&
          is_continuation(in[2]) && (in[0] != 0xE0 || in[1] >= 0xA0);
@@ -61,7 +61,7 @@ void put_three_bytes(const byte*& in, wide_char*& out) {
 }
 
 // Converts the sequence at `in`, which may be one ASCII byte, or replaces its maximal subpart.
-// Steps both positions on.
+// Advances both positions.
 void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
   if (in[0] < 0x80) {
     *out++ = *in++;
@@ -123,7 +123,7 @@ std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out
       if (end - in >= shortest_run) ascii_runs::widen(in, end, out);
       while (in < end && *in < 0x80) *out++ = *in++;
     } else if (is_three_bytes(in, end)) {
-      // Scripts of three bytes come in runs too.
+      // Scripts whose characters take three bytes come in runs too.
       do {
         put_three_bytes(in, out);
       } while (in < end && is_three_bytes(in, end));

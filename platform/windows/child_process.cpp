@@ -15,12 +15,12 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Of a child that was killed: what a signal would give elsewhere.
+// The exit value of a killed child: what a signal would give elsewhere.
 constexpr UINT killed_exit_value = 128 + 9;
 
 constexpr DWORD pipe_size = 64 * 1024;
 
-// Written at once. A child that takes anything takes as much as this before long.
+// How much is written at once. A child that reads at all takes this much before long.
 constexpr std::size_t write_step = 4096;
 
 DWORD wait_time(milliseconds timeout) {
@@ -36,8 +36,8 @@ std::string system_message(DWORD error) {
   return length > 0 ? std::string(text, length) : "error " + std::to_string(error);
 }
 
-// Our end of a pipe can be waited for with a limit, which only pipes with names offer; the child's
-// end is one that any program can use.
+// Only named pipes can be waited for with a limit, so our end is one of these; the child's end is
+// one that any program can use.
 struct pipe_ends {
   handle ours;
   handle childs;
@@ -66,7 +66,7 @@ struct transfer_result {
   DWORD error = ERROR_SUCCESS;
 };
 
-// Runs one ReadFile or WriteFile that takes `timeout` at the most.
+// Runs one ReadFile or WriteFile for at most `timeout`.
 template <class Operation>
 transfer_result transfer(const handle& end, milliseconds timeout, Operation operation) {
   const handle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
@@ -76,7 +76,7 @@ transfer_result transfer(const handle& end, milliseconds timeout, Operation oper
   if (WaitForSingleObject(event.get(), wait_time(timeout)) != WAIT_OBJECT_0) {
     CancelIoEx(end.get(), &overlapped);
   }
-  // Cancelled or not, the system is done with the memory only after this.
+  // Cancelled or not, the system may use the memory until this returns.
   DWORD count = 0;
   const bool done = GetOverlappedResult(end.get(), &overlapped, &count, TRUE) != 0;
   return {count, done ? ERROR_SUCCESS : GetLastError()};
@@ -135,7 +135,7 @@ class windows_child final : public child_process {
         GetProcessTimes(process_.get(), &unused, &unused, &kernel, &user) == 0) {
       return {};
     }
-    // In steps of 100 ns.
+    // In units of 100 ns.
     return std::chrono::microseconds((ticks(kernel) + ticks(user)) / 10);
   }
 
@@ -149,8 +149,8 @@ class windows_child final : public child_process {
   handle output_;
 };
 
-// The handles that a child gets, and no others: another child that is started at the same time must
-// not keep its pipes open.
+// The only handles that a child inherits: another child that is started at the same time must not
+// keep its pipes open.
 class inherited_handles {
  public:
   inherited_handles(const handle& input, const handle& output) {
@@ -190,7 +190,7 @@ class inherited_handles {
   std::vector<unsigned char> memory_;
 };
 
-// Programs are named without their suffix, as on other systems, or with it.
+// Programs may be named with their suffix or, as on other systems, without it.
 std::string program_path(const std::string& program) {
   constexpr std::string_view suffix = ".exe";
   const bool complete = program.size() >= suffix.size() &&
@@ -225,8 +225,8 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
                                          std::move(output.ours));
 }
 
-// The system ends a process with the code of the exception that nobody handled: an error of the
-// highest severity.
+// The system ends a process with the code of the unhandled exception, an error of the highest
+// severity.
 std::string crash_of(int exit_value) {
   constexpr auto severity = 0xC0000000;
   const auto code = static_cast<DWORD>(exit_value);

@@ -3,8 +3,8 @@
 namespace platform {
 namespace {
 
-// Backslashes are themselves, except in front of a quote: there each needs another one. The quote
-// that closes the argument is such a quote too.
+// Backslashes stand for themselves, except in front of a quote, where each is doubled. That
+// includes the quote which closes the argument.
 std::string quoted(const std::string& argument) {
   std::string text = "\"";
   std::size_t backslashes = 0;
@@ -19,7 +19,7 @@ std::string quoted(const std::string& argument) {
 }  // namespace
 
 std::string join_arguments(const std::string& program, const std::vector<std::string>& arguments) {
-  // A path holds no quote, and its backslashes are taken as they are.
+  // A path holds no quote, and its backslashes stand for themselves.
   std::string line = '"' + program + '"';
   for (const std::string& argument : arguments) line += ' ' + quoted(argument);
   return line;

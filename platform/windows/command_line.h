@@ -1,4 +1,4 @@
-// The one text that a program's arguments travel in.
+// The one text in which a program receives its arguments.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// Joins a program's path and its arguments so that the runtime of the started program takes them
-// apart into the same ones again.
+// Joins a program's path and its arguments so that the runtime of the started program splits them
+// into the same ones again.
 std::string join_arguments(const std::string& program, const std::vector<std::string>& arguments);
 
 }  // namespace platform

@@ -1,5 +1,5 @@
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <shlobj.h>
 #include <shlwapi.h>
 
@@ -16,7 +16,7 @@ static_assert(CSIDL_COMMON_APPDATA == 35);
 wide_string path_of(const config_key& key) {
   wchar_t path[max_path_size] = {};
   SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path);
-  // What is appended to nothing would be found in the working directory.
+  // A relative path would be looked for in the working directory.
   if (path[0] == 0) return {};
   const wide_string below = wide_string(key.folder).append(1, u'\\').append(key.file);
   PathAppendW(path, native(below.c_str()));

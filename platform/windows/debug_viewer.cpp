@@ -1,5 +1,5 @@
-// The protocol of the system's debugger output: a line of shared memory, one event that it may be
-// written, another that it can be read.
+// The protocol of the system's debugger output: one line in shared memory, an event that says it
+// may be written, and another that says it can be read.
 #include "platform/debug_viewer.h"
 
 #include <windows.h>
@@ -17,7 +17,7 @@ struct shared_line {
   char text[4096 - sizeof(DWORD)];
 };
 
-// Programs of all kinds write there. A line of a host starts with a thread's number in brackets.
+// All kinds of programs write there. A host's line starts with a thread's number in brackets.
 constexpr std::string_view host_tag = "] [ cf    ] ";
 
 bool is_host_line(std::string_view line) {
@@ -26,10 +26,10 @@ bool is_host_line(std::string_view line) {
          line.substr(1, tag - 1).find_first_not_of(" 0123456789") == std::string_view::npos;
 }
 
-// Set by the request to end the process; the waiting `receive` looks at it.
+// Set by a request to end the process; the waiting `receive` watches it.
 HANDLE end_event = nullptr;
 
-// Left to the system the second time.
+// A second request is left to the system.
 BOOL WINAPI request_end(DWORD) {
   const bool first = WaitForSingleObject(end_event, 0) == WAIT_TIMEOUT;
   SetEvent(end_event);

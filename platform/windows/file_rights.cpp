@@ -1,7 +1,7 @@
 #include "platform/file_rights.h"
 
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <aclapi.h>
 
 #include "platform/files.h"
@@ -37,7 +37,7 @@ bool others_may_write(const std::string& path) {
                             nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
     return false;
   }
-  // No list at all lets everybody do everything.
+  // Without a list everybody may do everything.
   bool found = list == nullptr;
   for (DWORD i = 0; !found && i < list->AceCount; ++i) {
     void* entry = nullptr;

@@ -1,7 +1,7 @@
 #include "platform/files.h"
 
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <io.h>
 
 #include <cctype>
@@ -61,7 +61,7 @@ std::string path_below(const std::string& folder, const std::string& name) {
 std::string folder_of(const std::string& path) {
   const std::size_t separator = path.find_last_of(R"(\/)");
   if (separator == std::string::npos) return ".";
-  // The separator belongs to the root of a drive.
+  // The root of a drive keeps its separator.
   return separator == 2 && path[1] == ':' ? path.substr(0, 3) : path.substr(0, separator);
 }
 

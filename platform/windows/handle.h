@@ -1,4 +1,4 @@
-// Owns a handle of the system's.
+// Owns a system handle.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@ class handle {
  public:
   handle() = default;
 
-  // Takes what a call of the system gave, also when that failed.
+  // Takes the result of a system call, even of one that failed.
   explicit handle(HANDLE value) : value_(value == INVALID_HANDLE_VALUE ? nullptr : value) {}
   handle(handle&& other) noexcept : value_(std::exchange(other.value_, nullptr)) {}
   handle& operator=(handle&& other) noexcept {

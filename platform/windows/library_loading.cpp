@@ -18,14 +18,14 @@ std::string error_text(DWORD error) {
   return length > 0 ? std::string(text, length) : "error " + std::to_string(error);
 }
 
-// As data, so that nothing of it runs.
+// Loads the library as data, so that none of its code runs.
 bool can_be_found(const std::string& name) {
   const HMODULE module = LoadLibraryExA(name.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   if (module != nullptr) FreeLibrary(module);
   return module != nullptr;
 }
 
-// The system doesn't tell the name.
+// Searches for the name, which the system doesn't report.
 std::string missing_import(const std::string& path) {
   std::string content, ignored;
   if (!read_file(path, largest_library, content, ignored)) return {};

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// A library ends under the lock of the loader, which a thread needs for its own end: the one would
+// A library is unloaded under the loader's lock, which a thread needs in order to end: each would
 // wait for the other.
 bool prepare_for_threads() {
   HMODULE module = nullptr;

@@ -5,7 +5,7 @@
 namespace platform {
 namespace {
 
-// What a path can be long without being cut.
+// The longest path that the system returns uncut.
 constexpr DWORD long_path_size = 32768;
 
 std::wstring module_path() {
@@ -21,12 +21,13 @@ std::wstring module_path() {
   return path;
 }
 
-// In the code page that the runtime takes file names in; empty if that can't express the text.
+// Converts to the code page that the runtime uses for file names. Empty if that can't express the
+// text.
 std::string file_name_text(const std::wstring& text) {
   const int size = static_cast<int>(text.size());
   BOOL lossy = FALSE;
   std::string narrow(3 * text.size(), '\0');
-  // UTF-8 can express all but lone surrogates, and has options of its own to say so.
+  // UTF-8 can express everything but lone surrogates, and has flags of its own to report those.
   const bool is_utf8 = GetACP() == CP_UTF8;
   const int length = WideCharToMultiByte(
       CP_ACP, is_utf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS, text.data(), size,

@@ -1,5 +1,5 @@
 #include <windows.h>
-// The path functions build on that one.
+// To be included after windows.h.
 #include <shlwapi.h>
 
 #include "platform/platform.h"
@@ -10,7 +10,7 @@ namespace {
 
 HMODULE native_handle(module_handle module) { return static_cast<HMODULE>(module); }
 
-// A drive's root, or a share. Anything else would make the loader search.
+// Starts with a drive's root or a share. For anything else the loader would search.
 bool is_full_path(const wide_string& path) {
   if (path.size() < 3) return false;
   const wide_view text(path);
@@ -24,7 +24,7 @@ module_handle own_module() { return GetModuleHandleW(nullptr); }
 wide_string library_path_beside(module_handle module, wide_view name) {
   wchar_t path[max_path_size] = {};
   const DWORD length = GetModuleFileNameW(native_handle(module), path, max_path_size);
-  // A path that doesn't fit arrives cut, and would name some other folder.
+  // A path that doesn't fit is cut, and would name some other folder.
   if (length == 0 || length >= max_path_size) return {};
   const wide_string file = wide_string(name) + u".dll";
   PathRemoveFileSpecW(path);

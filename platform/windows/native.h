@@ -1,4 +1,4 @@
-// Between the host's wide text and the system's: both are UTF-16 here.
+// Converts between the host's wide text and the system's; both are UTF-16 here.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ namespace platform {
 
 static_assert(sizeof(wchar_t) == sizeof(wide_char));
 
-// The room that the system's path functions without a size argument rely on, terminator included.
+// The buffer size that the system's path functions take for granted, terminator included.
 constexpr unsigned max_path_size = 260;
 
 inline const wchar_t* native(const wide_char* text) {

@@ -7,19 +7,19 @@
 namespace platform {
 namespace {
 
-// What is longer is no list of hosts.
+// No list of hosts is longer.
 constexpr DWORD max_value_size = 1 << 16;
 
 std::string text_of(DWORD type, const char* data, DWORD size) {
   if (type == REG_DWORD) return std::to_string(*reinterpret_cast<const DWORD*>(data));
   std::string text(data, size);
-  // The parts of a text of several ones end with NUL each, and so does the whole.
+  // In a value of several strings each one ends with NUL, and so does the whole.
   for (char& c : text) c = c == '\0' ? '\n' : c;
   while (text.ends_with('\n')) text.pop_back();
   return text;
 }
 
-// The values of a list stand in a key of its own.
+// The values of a list are stored under a key of its own.
 std::vector<std::string> values_of(HKEY key) {
   std::vector<std::string> values;
   alignas(DWORD) char data[max_value_size];

@@ -1,7 +1,7 @@
 #include "platform/private_file.h"
 
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <sddl.h>
 
 #include <vector>
@@ -32,7 +32,7 @@ std::string own_user() {
   return id;
 }
 
-// Full access for this user, none for others, whatever the folder would hand down.
+// Full access for this user and none for others, whatever would be inherited from the folder.
 class own_rights {
  public:
   own_rights() {

@@ -26,19 +26,18 @@ DWORD WINAPI abandon_exit(void*) {
 
 }  // namespace
 
-// The mode keeps error reporting, and the dumps that it stores, away from exceptions that nobody
-// handles. A debugger can still be attached.
+// The mode turns off error reporting, and the dumps that it stores, for unhandled exceptions. A
+// debugger can still be attached.
 void forbid_memory_dumps() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX); }
 
-// The runtime numbers the files that it opens. It takes the lowest free number, so it goes upwards
-// from 0.
+// The runtime gives each opened file the lowest free number, so the loop goes upwards from 0.
 void occupy_standard_streams() {
   for (int fd = 0; fd <= 2; ++fd) {
     if (_get_osfhandle(fd) == -1) (void)_open("NUL", _O_RDWR);
   }
 }
 
-// A reader that has gone away is a failed write here anyway.
+// Here a reader that has gone away makes a write fail anyway.
 void prepare_standard_streams() {
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stdin), _O_BINARY);
@@ -46,17 +45,17 @@ void prepare_standard_streams() {
 
 bool wait_for_input(std::FILE*) { return false; }
 
-// What the system tells of a pipe isn't enough: the room in it counts without what a reader waits
-// for, and while one thread reads, every question about the input waits for that read.
+// The system doesn't tell enough about a pipe: the free room that it reports leaves out what a
+// reader is waiting for, and while one thread reads, every query of the input waits for that read.
 bool wait_for_output(std::FILE*, std::size_t, input_question, std::chrono::milliseconds) {
   return true;
 }
 
-// Nobody asks.
+// Only wait_for_output would have a use for it.
 std::size_t read_ahead(std::FILE*) { return 0; }
 
-// The system ends the threads that are left before it tells the libraries of the end, and a library
-// may then wait for a lock that went with its thread. So nobody is told.
+// The system ends the remaining threads before it tells the libraries that the process ends, and a
+// library may then wait for a lock that went with its thread. So the libraries aren't told.
 void end_process(int exit_value, std::chrono::milliseconds limit) {
   end_later = {exit_value, static_cast<DWORD>(limit.count()),
                CreateEventA(nullptr, TRUE, FALSE, nullptr)};

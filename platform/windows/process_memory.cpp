@@ -1,7 +1,7 @@
 #include "platform/process_memory.h"
 
 #include <windows.h>
-// The functions on processes build on that one.
+// To be included after windows.h.
 #include <psapi.h>
 #include <tlhelp32.h>
 
@@ -15,7 +15,7 @@ HANDLE opened(std::int64_t process_id) {
                      static_cast<DWORD>(process_id));
 }
 
-// All zero for a process that can't be looked at.
+// All zero for a process that can't be examined.
 PROCESS_MEMORY_COUNTERS counters_of(std::int64_t process_id) {
   const handle process(opened(process_id));
   PROCESS_MEMORY_COUNTERS counters = {};

@@ -4,8 +4,8 @@
 
 namespace platform {
 
-// The runtime's own generator keeps its state for each thread, and all threads start alike: what
-// two of them draw would be the same. This is its sequence, shared.
+// The runtime's own generator keeps its state per thread and starts all threads alike, so that two
+// threads would draw the same numbers. This is its sequence, shared by all.
 int random_number() {
   static std::atomic<std::uint32_t> state{1};
   std::uint32_t previous = state.load(std::memory_order_relaxed);

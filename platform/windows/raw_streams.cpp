@@ -14,7 +14,7 @@ constexpr int output = 1;
 
 HANDLE stream(int fd) { return reinterpret_cast<HANDLE>(_get_osfhandle(fd)); }
 
-// The number stays taken: a file that is opened later must not get in the place of the stream.
+// Keeps the number taken: a file that is opened later must not take the stream's place.
 void replace_by_nothing(int fd) {
   const int nothing = _open("NUL", _O_RDWR | _O_BINARY);
   if (nothing < 0 || _dup2(nothing, fd) < 0) _close(fd);
@@ -23,7 +23,7 @@ void replace_by_nothing(int fd) {
 
 }  // namespace
 
-// A write of no bytes at the other end of a pipe gives none here either, and isn't the end.
+// A write of no bytes at the other end of a pipe also reads as no bytes, and isn't the end.
 std::size_t read_standard_input(void* bytes, std::size_t size) {
   const HANDLE from = stream(input);
   DWORD count = 0;

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// Region by region: what is reserved, or guarded, can't be read.
+// Goes region by region: what is reserved or guarded can't be read.
 bool is_readable(const void* memory, std::size_t size) {
   constexpr DWORD closed = PAGE_NOACCESS | PAGE_GUARD;
   auto at = reinterpret_cast<ULONG_PTR>(memory);

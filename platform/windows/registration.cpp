@@ -1,7 +1,7 @@
 #include "platform/registration.h"
 
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <shlobj.h>
 
 #include "platform/files.h"
@@ -44,7 +44,7 @@ manifest_place place_of(const browser_places& browser, const std::string& name,
   SHGetFolderPathA(nullptr, for_user ? CSIDL_LOCAL_APPDATA : CSIDL_COMMON_APPDATA, nullptr,
                    SHGFP_TYPE_CURRENT, folder);
   if (folder[0] == '\0' || !root.empty()) return {};
-  // The folder is nobody's but ours, so each registry key has a file of its own there.
+  // The folder is ours alone, so each registry key has a file of its own there.
   const std::string file = path_below(
       folder, R"(Orvanta\NativeMessagingHosts\)" + name + '.' + browser.registry_owner + ".json");
   return {file, (for_user ? user_root : machine_root) + path_below(browser.registry_key, name),
@@ -87,7 +87,7 @@ bool remove_registration(const manifest_place& place, std::string& error) {
 }
 
 browser_traces traces_of(const browser_places& browser, const std::string&) {
-  // The browser's own key lies above that of the hosts.
+  // The browser's own key lies above the key of its hosts.
   const std::string key = folder_of(browser.registry_key);
   browser_traces traces;
   traces.used = has_key(HKEY_CURRENT_USER, key);

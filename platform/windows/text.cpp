@@ -12,7 +12,7 @@ using byte = unsigned char;
 
 constexpr std::size_t coded_surrogate_size = 3;
 
-// A surrogate coded in three bytes. The system takes it for malformed, which it isn't here.
+// A surrogate coded in three bytes. The system treats it as malformed; here it isn't.
 bool is_coded_surrogate(const char* text, std::size_t length) {
   const auto at = [text](std::size_t i) { return static_cast<byte>(text[i]); };
   return length >= coded_surrogate_size && at(0) == 0xED && at(1) >= 0xA0 && at(1) <= 0xBF &&
@@ -23,15 +23,15 @@ wide_char decode_surrogate(const char* text) {
   return static_cast<wide_char>(0xD000 | (text[1] & 0x3F) << 6 | (text[2] & 0x3F));
 }
 
-// Length of the part in front of the first coded surrogate. The lead byte of one is never part of
-// another sequence, so nothing gets torn apart.
+// Length of the part before the first coded surrogate. The lead byte of one is never part of
+// another sequence, so no sequence is split.
 std::size_t length_before_surrogate(const char* text, std::size_t length) {
   std::size_t at = 0;
   while (at < length && !is_coded_surrogate(text + at, length - at)) ++at;
   return at;
 }
 
-// Never empty for a text that isn't, unless the system refuses it.
+// Empty for a non-empty text only if the system refuses it.
 std::size_t convert_part(const char* text, std::size_t length, wide_char* out) {
   const int size = static_cast<int>(length);
   return static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text, size, native(out), size));

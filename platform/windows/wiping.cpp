@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-// More than a request or a notification uses below the function that serves it, and little enough
+// More than a request or a notification uses below the function that serves it, and small enough
 // for the threads of any library.
 constexpr std::size_t stack_reach = std::size_t{8} * 1024;
 
@@ -31,8 +31,8 @@ void return_free_memory() { _heapmin(); }
   wipe(below, sizeof below);
 }
 
-// The fields of the stream are those that the runtime's own macros use; no function tells where in
-// its buffer a stream stands.
+// These fields of the stream are the ones that the runtime's own macros use; no function tells
+// where in its buffer a stream stands.
 void wipe_read_bytes(std::FILE* input, std::size_t size) {
   if (input->_base == nullptr) return;
   const auto before = static_cast<std::size_t>(input->_ptr - input->_base);
@@ -40,7 +40,7 @@ void wipe_read_bytes(std::FILE* input, std::size_t size) {
     wipe(input->_ptr - size, size);
     return;
   }
-  // The buffer was filled in between. What it held before may go on behind what it holds now.
+  // The buffer was refilled in between. What it held before may extend beyond what it holds now.
   char* const unread_end = input->_ptr + std::max(input->_cnt, 0);
   wipe(input->_base, before);
   wipe(unread_end, static_cast<std::size_t>(input->_base + input->_bufsiz - unread_end));

@@ -34,7 +34,7 @@ async function valuesOf(page, ...ids) {
   return Promise.all(ids.map((id) => page.locator(`#${id}`).inputValue()));
 }
 
-// What has to hold in the browser of that name.
+// What must hold in the browser of that name.
 function scenesIn(name) {
   let host;
   let browser;
@@ -46,7 +46,7 @@ function scenesIn(name) {
 
   after(() => browser?.context.close());
 
-  // A test in a tab of its own. What it looked like is kept if it fails.
+  // Runs a test in a tab of its own. If it fails, keeps a picture of the tab.
   function scene(what, run) {
     test(what, async () => {
       const page = await browser.context.newPage();
@@ -76,7 +76,7 @@ function scenesIn(name) {
   scene("nothing is filled while locked, and all once unlocked", async (page) => {
     await browser.order("lock-coffer", true);
     await visit(page, "plain", "/plain");
-    // Many times what an answer takes.
+    // Many times as long as an answer takes.
     await pause(1500);
     assert.deepEqual(await valuesOf(page, "user", "password"), ["", ""]);
     await browser.order("unlock-coffer", false);

@@ -1,4 +1,4 @@
-// A host whose every word comes late. Usage: node delayed_host.js MILLISECONDS HOST
+// A host that sends everything late. Usage: node delayed_host.js MILLISECONDS HOST
 import { spawn } from "node:child_process";
 
 const [delay, host] = process.argv.slice(2);

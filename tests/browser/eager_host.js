@@ -1,6 +1,5 @@
-// A host that wants to fill every input of every page, to see what the extension lets it. Inputs get what
-// their types ask for, unless their ids say that they are told to be something else. The page "no-leave"
-// switches filling by itself off.
+// A host that tries to fill every input of every page, to see what the extension allows. An input gets what
+// suits its type, unless its id names another purpose. The page "no-leave" switches automatic filling off.
 import { decodeMessage, encodeMessage } from "../../examples/extension/transport/index.js";
 
 const values = { user: "user@example.org", password: "secret" };

@@ -57,7 +57,7 @@ function receiversOf(name) {
   return lines.map((line) => line.split(" ")[0]);
 }
 
-// A slow machine may let the answer in before the page is left.
+// On a slow machine the answer may come before the page is left.
 function expectNoReceiverBut(asker) {
   assert.deepEqual(receiversOf("plain").filter((name) => name !== asker), [], received.join("\n"));
 }
@@ -90,7 +90,7 @@ for (const [what, leave] of Object.entries(leaving)) {
   test(`${what} gets nothing`, async () => {
     const page = await openPage("plain", "/plain");
     const asker = await nameOf(page);
-    // Long enough to ask, and too short for the answer.
+    // Long enough for the request, and too short for the answer.
     await pause(delay / 4);
     await leave(page);
     await pause(delay * 2);

@@ -1,4 +1,4 @@
-// Small pages, each with what has to be filled in it, or saved from it: pages/expected.json has them all.
+// Small pages, each with what must be filled in or saved: pages/expected.json lists them all.
 import assert from "node:assert/strict";
 import { chmodSync, mkdirSync, readFileSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
@@ -13,10 +13,10 @@ const build = process.env.CFHOST_BUILD ?? join(root, "build/release-test");
 const folder = join(root, "build/browser/pages");
 const expected = JSON.parse(readFileSync(join(import.meta.dirname, "pages/expected.json"), "utf8"));
 
-// Tabs at a time.
+// How many tabs are open at a time.
 const concurrency = 8;
 
-// Long enough for every wrong filling, in milliseconds.
+// How long to watch for wrong filling, in milliseconds.
 const settleTime = 1500;
 
 const eagerLogin = { user: "user@example.org", password: "secret" };
@@ -48,7 +48,7 @@ function installEagerHost() {
 async function open(name, what, host) {
   const home = join(folder, `${name}-${what}-home`);
   const opened = await start(join(build, "bin/cfsetup"), name, home, host, { control: site.address("control", "/plain") });
-  // The name leads nowhere: this machine's own pages would count as protected.
+  // A name that doesn't exist: this machine's own pages would count as protected.
   await opened.context.route("http://*.test/**", async (route) => {
     const { pathname } = new URL(route.request().url());
     await route.fulfill({ response: await route.fetch({ url: `http://127.0.0.1:${site.port}${pathname}` }) });
@@ -102,8 +102,8 @@ async function inNewTab(context, run) {
   }
 }
 
-// Runs `check` with each row of the table, many at a time. Some rows need the window for themselves, and
-// the driver's keys reach frames of other processes in one browser only.
+// Runs `check` with each row of the table, many at a time. Some rows need the window for themselves, and the
+// driver can send keys to frames of other processes only in one browser.
 async function eachRow(t, browserName, context, table, check) {
   const run = ([name, row]) =>
     t.test(name, () =>
@@ -129,7 +129,7 @@ async function checkFilling(page, name, { do: steps, filled }, values) {
   for (const { id, value } of await filledInputs(page)) assert.ok(Object.values(values).includes(value), `${id}: ${value}`);
 }
 
-// Where a frame is filled, and not the page around it.
+// The frame is to be filled, and not the page around it.
 const framed = { "frame-asked": "stranger" };
 
 async function checkSaving(page, name, { do: steps, saved, has, types = true }) {
@@ -143,7 +143,7 @@ async function checkSaving(page, name, { do: steps, saved, has, types = true }) 
   }
   await act(page, steps);
   if (has && saved) await page.waitForURL(/\/welcome/);
-  // The form must be seen to be gone, and a login that is there already is only replaced after a while.
+  // The form must be seen to have gone, and an existing login is only replaced after a while.
   await pause(2 * settleTime);
   await page.goto(`${originOf(name)}/pages/form`);
   const valuesNow = async () => Object.fromEntries((await filledInputs(page)).map(({ id, value }) => [id, value]));
@@ -153,7 +153,7 @@ async function checkSaving(page, name, { do: steps, saved, has, types = true }) 
   assert.deepEqual(await valuesNow(), login);
 }
 
-// What has to hold in the browser of that name.
+// What must hold in the browser of that name.
 function pagesIn(name) {
   let browser;
   let eager;

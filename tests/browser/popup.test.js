@@ -1,4 +1,4 @@
-// The popup beside a page, and the background that sleeps and wakes.
+// The popup beside a page, and a background that sleeps and wakes up.
 import assert from "node:assert/strict";
 import { renameSync } from "node:fs";
 import { join } from "node:path";
@@ -26,7 +26,7 @@ after(async () => {
   site?.close();
 });
 
-// The popup as a person has it: beside the page, which stays in front.
+// Opens the popup as a user does: beside the page, which stays in front.
 async function withPopup(use) {
   const popup = await browser.context.newPage();
   await popup.goto(browser.popup);

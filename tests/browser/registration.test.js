@@ -1,5 +1,5 @@
-// Asks real browsers whether they start the host for each row of manifests.json, and the doctor whether he
-// thinks so. Run by tests/browser/own-system, it also tries what concerns all users.
+// Compares, for each row of manifests.json, whether real browsers start the host and whether the doctor says
+// that they do. Run by tests/browser/own-system, it also tries what concerns all users.
 //
 // A row is [what it shows, what lies where, the only browser if not both]. `user` and `system` are the
 // members that replace those of a good manifest, with "origins" for the list of extensions, or the whole
@@ -47,7 +47,7 @@ before(async () => {
 
 after(() => site?.close());
 
-// The host, and beside it what is nearly one.
+// The host, and programs and files beside it that aren't quite one.
 function installHosts() {
   const host = installHost(hosts, build);
   const write = (name, text) => writeFileSync(join(hosts, name), text, { mode: 0o755 });
@@ -80,7 +80,7 @@ function namesOf(name) {
 
 const fill = (text, names) => text.replaceAll(/\$\{(\w+)\}/g, (_, name) => names[name]);
 
-// Long values, which the table only describes.
+// Long values, which the table only refers to.
 const valueMakers = {
   repeat: ([text, count]) => text.repeat(count),
   times: ([value, count]) => Array(count).fill(value),
@@ -149,7 +149,7 @@ async function examine({ name, home, data, page, user }, row) {
   }
 }
 
-// Each member with each value, and left out.
+// Each member with each value, and without the member.
 function rowsOfMembers() {
   return ["name", "description", "path", "type", "origins"].flatMap((member) => [
     [`"${member}" missing`, { without: member }],
@@ -229,7 +229,7 @@ async function runStart(name, groups, tell) {
 
 const said = (works) => (works ? "yes" : "no ");
 
-// All rows in one browser. What came out is kept in a file.
+// Tests all rows in one browser, and keeps the outcome in a file.
 async function runTable(name) {
   const lines = [];
   for (const groups of startsOf(name)) {

@@ -1,5 +1,5 @@
-// The first content script of a watched extension: tells the console of all that reaches this document,
-// which the time of its beginning names.
+// The first content script of a watched extension: writes everything that reaches this document to the
+// console. The document's name is the time of its beginning.
 function report(message) {
   console.log(`${performance.timeOrigin} received ${JSON.stringify(message)}`);
 }

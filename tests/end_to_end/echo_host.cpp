@@ -1,4 +1,4 @@
-// A host that gives back every byte, and ends with the value that its first argument says.
+// A host that returns every byte, and ends with the exit value in its first argument.
 #include <cstdlib>
 #include <vector>
 

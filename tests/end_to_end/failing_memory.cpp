@@ -1,5 +1,5 @@
-// Put in front of the C library of a host: lets its memory run out at the call of malloc that the
-// environment names, by the program itself alone, for good or, with a '+' behind it, once.
+// Preloaded into a host: makes one of the program's own calls of malloc fail, the one that the
+// environment names by number. All later calls fail too, unless a '+' follows the number.
 #include <sys/auxv.h>
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 extern "C" void* __libc_malloc(std::size_t size);
 
-// Visible even where all else is hidden, or the host would never call it.
+// Visible even if everything else is hidden, or the host would never call it.
 extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t size) {
   // The program is loaded far from all libraries.
   constexpr std::uintptr_t reach = std::uintptr_t{64} * 1024 * 1024;

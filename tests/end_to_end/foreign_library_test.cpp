@@ -1,5 +1,5 @@
 // The host with libraries that other compilers made from the documented tables alone. Each examines
-// all that is posted and tells in the end what didn't hold.
+// everything that is posted, and reports at the end what was wrong.
 #include <gtest/gtest.h>
 
 #include <sstream>

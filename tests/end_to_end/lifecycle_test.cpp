@@ -1,4 +1,4 @@
-// How the host starts and ends, and how it lives on when one of its sides is gone.
+// How the host starts and ends, and how it goes on when one of its sides is gone.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -80,7 +80,7 @@ TEST(lifecycle, ends_in_time_while_a_notification_is_stuck) {
   EXPECT_GT(frames, 120) << "The pipe wasn't full.";
 }
 
-// The library also turns off what a timer of the system would tell the host by.
+// The library also turns off the signal by which a system timer would reach the host.
 TEST(lifecycle, ends_in_time_when_its_library_does_not) {
   tested_host host("unload ignore 14\nunload sleep 20000");
   host.send(lock);
@@ -90,7 +90,7 @@ TEST(lifecycle, ends_in_time_when_its_library_does_not) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
 }
 
-// What was sent before the input ended is worked off, however long the reader stays away.
+// What was sent before the input ended is handled, however long the reader stays away.
 TEST(lifecycle, loses_nothing_while_its_reader_pauses) {
   for (const std::string& script :
        {"post deliver " + long_url, "register threads 1 1000000 " + long_url + "\npost sleep 20"}) {

@@ -46,7 +46,7 @@ bool is_private(const fs::path& file) {
 
 no_room_in_files::no_room_in_files() {
 #if defined(__SANITIZE_THREAD__)
-  // Its runtime writes to a file of its own before a program starts.
+  // The sanitizer's runtime writes to a file of its own before a program starts.
   possible = false;
 #else
   std::signal(SIGXFSZ, SIG_IGN);
@@ -70,7 +70,7 @@ test_screen::test_screen(const std::string& where) {
   std::string error, number;
   server = platform::child_process::start("/usr/bin/Xvfb", arguments, error);
   if (server == nullptr) throw std::runtime_error(error);
-  // The server writes its number and a line end once it is ready.
+  // The server writes its number and a line break once it is ready.
   for (char c = 0; server->read(&c, 1, std::chrono::seconds(20)) == 1u && c != '\n';) number += c;
   name = number.empty() ? "" : ':' + number;
   setenv("DISPLAY", name.c_str(), 1);

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Serves a page and a notification, with memory that runs out at that call, and gives the exit
-// value; -2 when what it wrote isn't whole.
+// Serves a page and a notification with memory that runs out at that call, and returns the exit
+// value, or -2 if the output isn't whole.
 int exit_value_with(const std::string& failing_allocation, std::size_t& replies) {
   setenv("LD_PRELOAD", FAILING_MEMORY, 1);
   setenv("CFHOST_FAILING_ALLOCATION", failing_allocation.c_str(), 1);
@@ -51,7 +51,7 @@ TEST(memory, of_large_requests_goes_back) {
     std::string envelope;
     request_cutter cutter(large, "large", max_request_envelope);
     while (cutter.next(envelope)) host.send(make_frame(envelope));
-    // When the second one has come the first one is done with.
+    // When the second one has come, the first one has been handled.
     host.send(request(R"({"method":"lock-coffer"})"));
     EXPECT_EQ(host.report(2 * i + 2).size(), 2 * i + 2);
     EXPECT_LT(platform::resident_memory(host.process().process_id()), 6U * 1024 * 1024);

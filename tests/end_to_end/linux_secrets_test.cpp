@@ -1,4 +1,4 @@
-// What an idle host still knows of the passwords that went through it, and what a crash tells.
+// What an idle host still holds of the passwords that went through it, and what a crash reveals.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -14,7 +14,7 @@ using namespace std::literals;
 
 namespace {
 
-// One fits into a string object itself, one doesn't.
+// One fits inside a string object, the other doesn't.
 const std::string secrets[] = {"Tr0ub4d&3Q", "correct-horse-battery-staple"};
 
 std::string wide(std::string_view text) {
@@ -23,7 +23,7 @@ std::string wide(std::string_view text) {
   return bytes;
 }
 
-// The base64 text of a secret behind so many bytes, without what depends on its neighbours.
+// The base64 text of a secret after `shift` bytes, without the parts that depend on its neighbours.
 std::string base64_core(const std::string& secret, std::size_t shift) {
   const std::string text = std::string(shift, ' ') + secret;
   char encoded[64] = {};
@@ -32,7 +32,7 @@ std::string base64_core(const std::string& secret, std::size_t shift) {
   return std::string(encoded).substr(4, text.size() / 3 * 4 - 4);
 }
 
-// The forms of the secrets, if any, that lie in the memory of the process.
+// The forms of the secrets that are found in the memory of the process.
 std::string found_in(std::int64_t process) {
   const std::string folder = "/proc/" + std::to_string(process);
   std::ifstream maps(folder + "/maps"), memory(folder + "/mem", std::ios::binary);
@@ -88,7 +88,7 @@ TEST(secrets, are_gone_from_an_idle_host) {
   };
   EXPECT_NE(wait_until_found(true), "")
       << "This host must still hold what has come of the message.";
-  // More than the buffer of the input holds: its last fill doesn't cover the ones before.
+  // More than the input's buffer holds, so that its last fill doesn't cover the earlier ones.
   std::string many, burst;
   while (many.size() < 3500) many += secrets[1];
   while (burst.size() < 200'000) burst += request(R"({"method":"none","data":")" + many + "\"}");

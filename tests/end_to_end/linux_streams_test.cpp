@@ -1,5 +1,5 @@
-// What only this system has: pipes that tell how much room they have, and a debugger output whose
-// place in the file system others might write to.
+// What only this system has: pipes that tell how much room they have, and a debugger output that
+// goes to a place in the file system, where others might write too.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -18,15 +18,15 @@ using namespace std::literals;
 namespace {
 
 // A notification of several frames.
-const std::string long_url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
-const std::string lock = request(R"({"method":"lock-coffer"})");
+const std::string stuck_url = hex(u"msg::CfMsgOpenUrl\0\0"s + std::u16string(1000, u'x') + u"?\0"s);
+const std::string lock_request = request(R"({"method":"lock-coffer"})");
 
 }  // namespace
 
 TEST(lifecycle, ends_in_time_while_many_threads_are_stuck) {
   for (const char* const when : {"post", "register"}) {
-    tested_host host(when + " threads 16 1000000 "s + long_url);
-    host.send(lock);
+    tested_host host(when + " threads 16 1000000 "s + stuck_url);
+    host.send(lock_request);
     ASSERT_TRUE(host.next_frame());
     std::this_thread::sleep_for(500ms);
     const auto start = std::chrono::steady_clock::now();
@@ -35,18 +35,18 @@ TEST(lifecycle, ends_in_time_while_many_threads_are_stuck) {
   }
 }
 
-// With a reader that keeps up threads come in, send and leave while the host ends around them. More
-// ends than by default show how seldom something is lost.
+// With a reader that keeps up, threads enter, send and leave while the host ends around them.
+// Running it with more ends than the default shows how rarely something is lost.
 TEST(lifecycle, ends_in_the_middle_of_notifications) {
   const char* const wanted = std::getenv("CFHOST_TEST_ENDS");
   const int ends = wanted != nullptr ? std::atoi(wanted) : 20;
   std::chrono::steady_clock::duration longest{};
   for (int round = 0; round < ends; ++round) {
-    tested_host host("quiet\nregister threads 8 2000000000 " + long_url + "\npost deliver data");
+    tested_host host("quiet\nregister threads 8 2000000000 " + stuck_url + "\npost deliver data");
     std::string last;
     host.replies(20);
     std::thread reader([&] { last = host.replies(SIZE_MAX).back(); });
-    for (int i = 0; i < round % 10; ++i) host.send(lock);
+    for (int i = 0; i < round % 10; ++i) host.send(lock_request);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(host.finish(), 0);
     longest = std::max(longest, std::chrono::steady_clock::now() - start);
@@ -71,11 +71,10 @@ TEST(lifecycle, goes_on_when_its_input_stops_to_wait) {
       "/bin/sh", {"-c", "exec \"$0\" <&" + std::to_string(ends[0]), host.string()}, error);
   ASSERT_NE(process, nullptr) << error;
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(write(ends[1], lock.data(), lock.size()), std::ssize(lock));
+    EXPECT_EQ(write(ends[1], lock_request.data(), lock_request.size()), std::ssize(lock_request));
     char reply[1000];
     EXPECT_GT(process->read(reply, sizeof reply, 20s).value_or(0), 0u) << i;
-    // The host has its input in common with this process. The next request comes after its next
-    // read.
+    // The host shares its input with this process. The next request comes after its next read.
     fcntl(ends[0], F_SETFL, O_NONBLOCK);
     std::this_thread::sleep_for(50ms);
   }
@@ -85,24 +84,24 @@ TEST(lifecycle, goes_on_when_its_input_stops_to_wait) {
   fs::remove_all(folder);
 }
 
-// Cancelling waits until a notification is through. The thread that reads the requests isn't the
-// library's to end: that ends the host at once, instead of leaving it deaf.
+// Cancelling waits until a notification is through. The library may not end the thread that reads
+// requests: that ends the host at once, instead of leaving it deaf.
 TEST(lifecycle, survives_the_end_of_a_librarys_thread_and_not_that_of_its_own) {
-  tested_host host("register cancelled " + long_url + "\npost exit-thread");
+  tested_host host("register cancelled " + stuck_url + "\npost exit-thread");
   EXPECT_NE(host.replies(1), lines{"end"});
-  host.send(lock);
+  host.send(lock_request);
   EXPECT_EQ(host.process().wait(20s), 128 + SIGABRT);
   EXPECT_EQ(host.report(1).size(), 1U);
 }
 
-// A file never hangs up, and nobody reads what comes out.
+// A file never hangs up, and nobody reads the output.
 TEST(lifecycle, ends_with_a_file_while_its_output_is_stuck) {
   namespace fs = std::filesystem;
   const fs::path folder = make_folder(), host = folder / HOST_NAME;
   fs::copy_file(HOST_PROGRAM, host);
   fs::copy_file(PROBE_LIBRARY, folder / LIBRARY_NAME);
-  std::ofstream(folder / "script") << "post threads 1 1000000 " << long_url;
-  std::ofstream(folder / "input") << lock;
+  std::ofstream(folder / "script") << "post threads 1 1000000 " << stuck_url;
+  std::ofstream(folder / "input") << lock_request;
   std::string error;
   const auto process = platform::child_process::start(
       "/bin/sh", {"-c", "exec \"$0\" <\"$1\"", host.string(), (folder / "input").string()}, error);
@@ -144,7 +143,7 @@ TEST(diagnostics, go_to_no_place_that_others_may_have_made) {
     fs::permissions(folder, static_cast<fs::perms>(mode));
     host.send(make_frame("{\"id\":\""s + id + "\",\"fragment\":1}") +
               request(R"({"method":"lock-coffer"})"));
-    // Once the request has arrived the lines of the frame before it are written.
+    // Once the request has arrived, the lines of the frame before it have been written.
     host.report(static_cast<std::size_t>(*id - 'a') + 1);
   }
   std::string line;
@@ -162,7 +161,7 @@ TEST(pointer, is_not_waited_for_when_the_keys_of_the_screen_are_a_pipe) {
   tested_host host;
   unsetenv("XAUTHORITY");
   host.send(request(R"({"method":"unlock-coffer"})"));
-  // It is asked for without one, which this screen allows.
+  // The host asks without a key, which this screen allows.
   const auto in_the_middle = u"msg::CfMsgUnLockDb.1\0\0\0\0\0\0\0\3\0\x280\0\x200\0"s;
   EXPECT_EQ(host.report(1), lines{posted("CfMsgUnLockDb.1", in_the_middle)});
   EXPECT_EQ(host.finish(), 0);

@@ -1,4 +1,4 @@
 #include "platform/exported.h"
 
-// A library that isn't one of ours: it has an export, but under another name.
+// Not a client library: it has an export, but under another name.
 extern "C" PLATFORM_EXPORTED void* NotTheApi() { return nullptr; }

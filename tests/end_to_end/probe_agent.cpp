@@ -1,21 +1,21 @@
 // A client library for the tests: writes down what is posted and delivers what its script says.
 // The file "script" beside it holds one order per line, payloads in hexadecimal:
 //
-//   no-api, no-interface              gives null for that
+//   no-api, no-interface              returns null for it
 //   quiet                             posted messages are not written down
 //   blind                             posted messages are not even asked for their form
 //   WHEN deliver PART...              notifies of one object that has these parts
-//   WHEN threads COUNT TIMES PAYLOAD  notifies on so many threads, so often each; thread 0 puts an
-//                                     'A' in the place of the payload's last letter, thread 1 a 'B'
+//   WHEN threads COUNT TIMES PAYLOAD  notifies on COUNT threads, TIMES times each; thread 0 puts an
+//                                     'A' in place of the payload's last letter, thread 1 a 'B'
 //   WHEN leave NUMBER                 ends the process with that exit value
 //   WHEN cancelled PAYLOAD            notifies on a thread that is being cancelled
 //   WHEN exit-thread                  ends the calling thread
 //   WHEN ignore NUMBER                ignores the signal of that number
-//   WHEN sleep NUMBER                 waits so many milliseconds
+//   WHEN sleep NUMBER                 waits for NUMBER milliseconds
 //
 // WHEN is load, register (on a thread of the library), post (inside each call of it) or unload. A
-// PART is data, values WORD or a PAYLOAD, which may have length NUMBER or masked behind it: then
-// its bits are the wrong way round except during the call. The file "report" gets "post NAME
+// PART is data, values WORD or a PAYLOAD, which may be followed by length NUMBER or by masked: then
+// its bits are inverted except during the call. The file "report" gets "post NAME
 // WRITTEN BYTES REFERENCES-LEFT" and "notified RESULT REFERENCES-TAKEN" (by deliver).
 
 #include <algorithm>
@@ -40,7 +40,7 @@
 
 namespace {
 
-// Answers to the names of the parts that it was given. Lives where it was made.
+// Answers to the names of the parts that it was given. Has to stay where it was made.
 struct delivered_object final : message_of<delivered_object, iCfMsg> {
   delivered_object() {
     data.fUpdate = 1;
@@ -67,7 +67,7 @@ struct delivered_object final : message_of<delivered_object, iCfMsg> {
     }
   }
 
-  // The packet ends with the payload's last byte, so that reading on doesn't go unnoticed.
+  // The packet ends with the payload's last byte, so that reading past it is noticed.
   void carry(const std::string& payload) {
     packet.assign(sizeof(npc_packet) + payload.size(), '\xEE');
     payload.copy(packet.data() + sizeof(npc_packet), payload.size());
@@ -122,7 +122,7 @@ class probe final : public implements<probe, iCfClient> {
 
   std::int32_t addObserver(iCfClientObs* observer) override {
     observer_ = observer;
-    // With a thread the library may stay in the process, so it has none without need.
+    // With a thread the library may stay in the process, so it starts one only if needed.
     const bool has_orders = std::any_of(script_.begin(), script_.end(), [](const auto& line) {
       return line.starts_with("register");
     });
@@ -217,7 +217,7 @@ class probe final : public implements<probe, iCfClient> {
   std::thread worker_;
 };
 
-// Ends when the library is unloaded.
+// Destroyed when the library is unloaded.
 probe the_probe;
 
 class root final : public implements<root, cfApi> {

@@ -1,4 +1,4 @@
-// What the host has to do with the system: its diagnostics and the pointer on the screen.
+// What the host does with the system: its diagnostics, and the pointer on the screen.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -11,7 +11,8 @@ using namespace std::literals;
 
 namespace {
 
-// The next lines without "[thread] [ cf    ] ", a "|" behind each; addresses, which differ, as "@".
+// The next lines without "[thread] [ cf    ] ", each with a "|" after it; varying addresses show as
+// "@".
 std::string next_lines(platform::debug_viewer& channel, std::int32_t thread, int count) {
   char start[32];
   std::snprintf(start, sizeof start, "[%4d] [ cf    ] ", thread);
@@ -23,7 +24,7 @@ std::string next_lines(platform::debug_viewer& channel, std::int32_t thread, int
   return std::regex_replace(found, std::regex("0x[0-9a-f]+|[0-9a-f]{16}"), "@");
 }
 
-// What every frame gives, ahead of the lines of its members.
+// What is logged for every frame before the lines of its members.
 std::string frame_lines(const std::string& envelope) {
   const std::string size = std::to_string(envelope.size());
   return "actual_read url is " + size + " buffer:" + envelope + " buflen=" + size +
@@ -47,7 +48,7 @@ TEST(diagnostics, exact_lines_once_switched_on_and_none_before) {
   }
   write_configuration("; comment\n[Coffer]\r\n Dump = \"1\" \r\n");
   tested_host host("post deliver values 1");
-  // Asked for now: the last line may come from a host that is gone.
+  // Asked for now, since the host may be gone when the last line comes.
   const std::int32_t thread = main_thread(host.process());
   host.send(make_frame(bad));
   EXPECT_EQ(next_lines(*channel, thread, 7),

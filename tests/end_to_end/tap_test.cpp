@@ -1,4 +1,4 @@
-// The real recorder between the tests and a host: what it hands on, and what it keeps of that.
+// The real recorder between the tests and a host: what it passes on, and what it records.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -15,13 +15,13 @@ using namespace std::literals;
 
 namespace {
 
-const std::string page =
+const std::string page_request =
     R"({"method":"get-info-for-page","data":{"source":"https://ann:pw@a.example/in?k=1#f",)"
     R"("inputs":[{"name":"pw","value":"hunter2"}]}})";
-const std::string open_url = hex(u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in?k=2\0"sv);
+const std::string pushed_url = hex(u"msg::CfMsgOpenUrl\0a1b2\0pages/sign-in?k=2\0"sv);
 
-// A folder with the recorder in it, which stands before the host that the settings name, or before
-// a real one with the probe.
+// A folder with the recorder in front of the host that the settings name, or of a real one with the
+// probe.
 struct recording {
   explicit recording(tap_settings told = {}, const std::string& script = {}) {
     fs::copy_file(TAP_PROGRAM, program());
@@ -66,8 +66,8 @@ struct recording {
   fs::path folder = make_folder();
 };
 
-// One run of a program that gets all input and its end, and gives all output. What is to happen
-// before the end is done in between.
+// One run of a program: sends all input, ends it, and collects all output. `before_end` is called
+// before the input ends.
 struct session {
   session(
       const fs::path& program, const lines& arguments, const std::string& input,
@@ -104,7 +104,7 @@ TEST(tap, hands_on_any_bytes_the_arguments_and_the_exit_value) {
   std::mt19937 random(1);
   std::string noise(3'000'000, '\0');
   for (char& c : noise) c = static_cast<char>(random());
-  const std::string good = request(page), cut = good.substr(0, 30);
+  const std::string good = request(page_request), cut = good.substr(0, 30);
   for (const std::string& input : {""s, noise, good + cut, make_frame("no envelope") + good}) {
     const recording made(echoing());
     const session through(made.program(), {"42", "chrome-extension://x/"}, input);
@@ -118,12 +118,12 @@ TEST(tap, hands_on_any_bytes_the_arguments_and_the_exit_value) {
 }
 
 TEST(tap, keeps_what_went_by_without_secrets_and_for_its_user_alone) {
-  const std::string good = request(page);
+  const std::string good = request(page_request);
   const std::string input = good + make_frame("no envelope") + good.substr(0, 9);
   for (const bool with_values : {false, true}) {
     tap_settings told;
     told.with_values = with_values;
-    const recording made(told, "post deliver " + open_url);
+    const recording made(told, "post deliver " + pushed_url);
     EXPECT_EQ(session(made.program(), {}, input).exit_value, 0);
     const lines kept = made.captured();
     ASSERT_EQ(kept.size(), 6u);
@@ -146,11 +146,11 @@ TEST(tap, keeps_what_went_by_without_secrets_and_for_its_user_alone) {
 
 TEST(tap, ends_a_record_at_its_limit_and_not_the_traffic) {
   std::string input;
-  while (input.size() < 4'000'000) input += request(page);
+  while (input.size() < 4'000'000) input += request(page_request);
   tap_settings told = echoing();
   told.limit_mib = 1;
   const recording made(told);
-  // The end doesn't wait long for the record.
+  // Waits for the recording, since the end of the program doesn't wait long.
   const auto recorded = [&made] {
     const auto due = std::chrono::steady_clock::now() + 20s;
     const auto size = [&made] {
@@ -167,10 +167,10 @@ TEST(tap, ends_a_record_at_its_limit_and_not_the_traffic) {
 }
 
 TEST(tap, hands_on_what_it_can_not_record) {
-  const std::string input = request(page) + request(page);
+  const std::string input = request(page_request) + request(page_request);
   const recording untold(echoing());
   fs::remove(untold.folder / tap_settings_name);
-  // It has no host beside it either.
+  // There is no host beside it either.
   EXPECT_EQ(session(untold.program(), {}, input).exit_value, 125);
   fs::copy_file(ECHO_PROGRAM, untold.folder / HOST_NAME);
   EXPECT_EQ(session(untold.program(), {}, input).output, input);
@@ -184,7 +184,7 @@ TEST(tap, hands_on_what_it_can_not_record) {
 
 TEST(tap, ends_with_its_host_and_its_host_with_it) {
   for (const bool asked : {false, true}) {
-    const recording made({}, "register deliver " + open_url + (asked ? "" : "\npost leave 7"));
+    const recording made({}, "register deliver " + pushed_url + (asked ? "" : "\npost leave 7"));
     std::string error;
     const auto tap = platform::child_process::start(made.program().string(), {}, error);
     ASSERT_NE(tap, nullptr) << error;
@@ -205,8 +205,8 @@ TEST(tap, ends_with_its_host_and_its_host_with_it) {
 }
 
 TEST(tap, a_capture_can_be_shown_and_played_again) {
-  const recording made({}, "post deliver " + open_url + "\n");
-  const std::string input = request(page) + request(R"({"method":"get-settings"})");
+  const recording made({}, "post deliver " + pushed_url + "\n");
+  const std::string input = request(page_request) + request(R"({"method":"get-settings"})");
   EXPECT_EQ(session(made.program(), {}, input).exit_value, 0);
   const std::string capture = made.capture().string();
   const outcome shown = run_program(EXT_PROGRAM, {"--decode", capture});
@@ -219,13 +219,13 @@ TEST(tap, a_capture_can_be_shown_and_played_again) {
     int exit_value;
     const char* report;
   } cases[] = {
-      {"post deliver " + open_url, 0, "2 answers recorded, 0 differences"},
+      {"post deliver " + pushed_url, 0, "2 answers recorded, 0 differences"},
       {"post deliver " + hex(u"msg::CfMsgOpenUrl\0c3d4\0pages/sign-in?k=5\0"sv), 0,
        "0 differences"},
       {"post deliver " + hex(u"msg::CfMsgOpenUrl\0a1b2\0pages/other\0"sv), 1, "open-url 2 differs"},
       {"", 1, "coffer-open-url 1 doesn't come"},
-      {"post deliver data\npost deliver " + open_url, 1, "coffer-init-data 1 wasn't recorded"},
-      {"post deliver " + open_url + "\nunload leave 5", 1, "recorded 0, now 5"},
+      {"post deliver data\npost deliver " + pushed_url, 1, "coffer-init-data 1 wasn't recorded"},
+      {"post deliver " + pushed_url + "\nunload leave 5", 1, "recorded 0, now 5"},
   };
   for (const auto& c : cases) {
     made.write_script(c.script);

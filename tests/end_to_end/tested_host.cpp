@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// More than anything takes that works, under sanitizers on a busy machine.
+// More than anything takes that works, even with sanitizers on a busy machine.
 constexpr std::chrono::seconds timeout{20};
 
 constexpr std::size_t largest_envelope = 512;
@@ -49,7 +49,7 @@ outcome run_program(const std::string& program, const lines& arguments) {
   while (const std::size_t count = run->read(block, sizeof block, run->forever).value_or(0)) {
     result.text.append(block, count);
   }
-  // Some systems have two characters for the end of a line.
+  // Some systems end a line with two characters.
   std::erase(result.text, '\r');
   result.exit_value = run->wait(run->forever).value_or(-1);
   return result;

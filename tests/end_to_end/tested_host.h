@@ -1,4 +1,4 @@
-// The real host in a folder of its own, with a library beside it; the tests play browser.
+// The real host in a folder of its own, with a library beside it; the tests play the browser.
 #pragma once
 
 #include <filesystem>
@@ -16,10 +16,10 @@
 
 using lines = std::vector<std::string>;
 
-// A binary form that is written down as UTF-16, in hexadecimal; a word is two units, low one first.
+// A binary form written as UTF-16, in hexadecimal; a word is two units, the low one first.
 std::string hex(std::u16string_view form);
 
-// The probe's line on a posted message of the class "msg::" + `name`.
+// The probe's line about a posted message of the class "msg::" + `name`.
 std::string posted(const std::string& name, std::u16string_view form);
 
 // The frame of a request that fits one envelope.
@@ -33,30 +33,31 @@ struct outcome {
   std::string text;
 };
 
-// Runs a companion program without input, and gives what it writes.
+// Runs a companion program without input, and returns what it writes.
 outcome run_program(const std::string& program, const lines& arguments);
 
 class tested_host {
  public:
-  // Starts the host. The script is for the probe; without a library, none is put beside the host.
+  // Starts the host. The script is for the probe. If `library` is empty, there is none beside the
+  // host.
   explicit tested_host(const std::string& script = {}, const std::string& library = PROBE_LIBRARY,
                        const lines& arguments = {});
   ~tested_host();
 
-  // False when the host takes no more input.
+  // False if the host accepts no more input.
   bool send(std::string_view bytes);
 
-  // Closes the input and gives the exit value, -1 when the host doesn't end in time.
+  // Closes the input and returns the exit value, or -1 if the host doesn't end in time.
   int finish();
 
-  // The next frame's envelope; nothing at the end, and when the stream is out of step.
+  // The next frame's envelope; nothing at the end, or if the stream is out of step.
   std::optional<std::string> next_frame();
 
-  // Texts of the next replies, in the order of their completion. Ends with "end" at the end of the
-  // output, and with what is wrong where a frame isn't whole or not in its order.
+  // The texts of the next replies, in the order of their completion. "end" marks the end of the
+  // output; if a frame is broken or out of order, the last text says so.
   lines replies(std::size_t count);
 
-  // The probe's report once it has `count` lines, or as it is when time ran out.
+  // The probe's report once it has `count` lines, or as far as it got in time.
   lines report(std::size_t count);
 
   platform::child_process& process() { return *process_; }

@@ -1,5 +1,5 @@
 #include <windows.h>
-// The other headers of the system build on that one.
+// To be included after windows.h.
 #include <aclapi.h>
 #include <shlobj.h>
 #include <tlhelp32.h>
@@ -30,7 +30,7 @@ std::unique_ptr<platform::debug_viewer> open_debug_channel() {
   return channel;
 }
 
-// The system lists the threads of a process in the order in which they were made.
+// The system lists the threads of a process in order of their creation.
 std::int32_t main_thread(const platform::child_process& host) {
   const platform::handle threads(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
   THREADENTRY32 entry = {};
@@ -44,7 +44,7 @@ std::int32_t main_thread(const platform::child_process& host) {
 
 bool ask_to_end(const platform::child_process&) { return false; }
 
-// The system itself, which some list too, may read everything anyway.
+// The system itself may be listed too; it may read everything anyway.
 bool is_private(const fs::path& file) {
   PACL list = nullptr;
   PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -72,8 +72,8 @@ const bool screen_is_optional = false;
 
 bool rest_pointer() { return test_screen().move_pointer(0, 0); }
 
-// The system makes the desktop for the first who asks for it, and the pointer stays where it is put
-// only on a desktop.
+// The system creates the desktop for the first process that asks for it, and only on a desktop does
+// the pointer stay where it is put.
 test_screen::test_screen(const std::string&) { GetDesktopWindow(); }
 
 test_screen::~test_screen() { move_pointer(0, 0); }

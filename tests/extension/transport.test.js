@@ -1,4 +1,4 @@
-// The transport as its users take it.
+// The transport, used as other extensions would use it.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { readFileSync } from "node:fs";
@@ -9,7 +9,7 @@ import * as transport from "../../examples/extension/transport/index.js";
 const { envelopesOf, HostPort, largestEnvelope, ReplyJoiner } = transport;
 const root = resolve(import.meta.dirname, "../..");
 
-// Chromium's way to write JSON: "<" is escaped too.
+// JSON as Chromium writes it: "<" is escaped too.
 function sizeOf(envelope) {
   return Buffer.byteLength(JSON.stringify(envelope).replaceAll("<", "\\u003C"));
 }
@@ -68,7 +68,7 @@ test("of unfinished messages the one untouched longest goes", () => {
   assert.throws(() => joinAll(joiner, second.slice(1)));
 });
 
-// A browser whose hosts are ports that the test holds.
+// A browser whose hosts are ports that the test controls.
 function fakeBrowser() {
   const ports = [];
   const event = () => ({ listeners: [], addListener(listener) { this.listeners.push(listener); } });
@@ -116,7 +116,7 @@ test("a lost host is started again, ever more seldom until it speaks", (t) => {
   ports.at(-1).end();
   t.mock.timers.tick(250);
   assert.equal(ports.length, 5);
-  // A host that stays is connected, whether or not it speaks.
+  // A host that stays is connected, whether or not it sends anything.
   t.mock.timers.tick(1000);
   const lost = [false, "no such host"];
   assert.deepEqual(states, [lost, lost, lost, [true, ""], lost, [true, ""]]);

@@ -1,6 +1,6 @@
-// What a library of another maker does with the host, and what it must find. Included once by each
-// of them, in C and in C++, behind its own declarations of the interface; nothing here or there is
-// the project's. The calls below go through small functions that each library defines.
+// What a foreign library does with the host, and what it must find. Each library includes this
+// once, in C or in C++, after its own declarations of the interface; nothing in it comes from the
+// project's headers. The calls below go through small functions that each library defines.
 //
 // The first request makes the library deliver all notifications, the last one the verdict.
 #include <stddef.h>
@@ -31,7 +31,7 @@ static int same_bytes(const void* a, const void* b, size_t size) {
   return size == 0;
 }
 
-// What `map` of a bag gives, as far as a reader needs it.
+// What a bag's `map` returns, as far as a reader needs it.
 typedef struct map_pair {
   const char16_t* key;
   const char16_t* value;
@@ -44,7 +44,7 @@ typedef struct bag_map {
   uint32_t unused[5];
 } bag_map;
 
-// The bytes that a sink was given; it refuses the piece with the number `refused`, from 0.
+// The bytes given to a sink, which refuses the piece with the number `refused`, from 0.
 static unsigned char collected[8192];
 static size_t collected_size;
 static int collected_pieces, refused;
@@ -125,7 +125,7 @@ static void examine_names(struct iCfMsg* message, int index) {
   CHECK(fields[2] == ~0u && fields[3] == ~0u);
 }
 
-// `read` of the host's message, with a stream of the library's.
+// Calls `read` of the host's message with a stream of the library's.
 static void examine_reading(struct iCfMsg* message) {
   static unsigned char form[sizeof collected];
   const size_t size = collected_size;

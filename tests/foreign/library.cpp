@@ -1,4 +1,4 @@
-// A library in C++ that declares the interface by itself. rules.h is that of the compiler.
+// A library in C++ that declares the interface by itself. Each compiler has its own rules.h.
 #include <stddef.h>
 #include <stdint.h>
 
@@ -43,7 +43,7 @@ struct propsW_t {
   virtual const void* map_again() const = 0;
 };
 
-// Two of the operations are all that the host uses of a library's own settings.
+// The host uses only two operations of a library's own settings.
 struct CfSettings {
   SLOT_0(CfSettings)
   virtual void assign(const CfSettings&) {}
@@ -171,7 +171,7 @@ static int position_pieces(void* position) {
   return collected_pieces;
 }
 
-// A cursor over the map of a bag, with the operations that the host's own have.
+// A cursor over the map of a bag, with the same operations as the host's own cursors.
 struct bag_cursor {
   SLOT_0(bag_cursor)
   virtual const char16_t* key() const { return position->key; }
@@ -276,7 +276,7 @@ struct api final {
 };
 
 EXPORTED void* Api() {
-  // In memory that nobody gives back, as the library has nothing that runs at its end.
+  // In memory that is never freed, since the library has no code that runs at its end.
   alignas(client) static unsigned char client_room[sizeof(client)];
   alignas(api) static unsigned char api_room[sizeof(api)];
   the_client = new (client_room) client;

@@ -1,4 +1,4 @@
-// The codecs against plain ones, and each fast path against the slow one.
+// Compares the codecs with plain ones, and each fast path with the slow one.
 
 #include <algorithm>
 #include <cstring>
@@ -9,37 +9,38 @@
 #include "platform/portable/ascii_runs.h"
 #include "tests/fuzz/fuzzing.h"
 #include "transport/codecs/base64.h"
-#include "transport/codecs/base64_vector.h"
 #include "transport/codecs/text.h"
 
 namespace {
 
-void check_decoder(const std::vector<char>& text, std::size_t room) {
+void check_decoder(const std::vector<char>& text, std::size_t room, int width) {
   const std::string expected = plainly_decoded({text.data(), text.size()});
   const std::unique_ptr<char[]> out(new char[room]);
   auto length = static_cast<std::int32_t>(room);
-  const int result = base64_decode(text.data(), out.get(), &length, text.data() + text.size());
+  const int result =
+      base64_decode(text.data(), out.get(), &length, text.data() + text.size(), width);
   require(length == std::ssize(expected), "the decoder tells the full length");
   require((result == 0) == (expected.size() <= room), "only lack of room fails");
   const std::size_t whole = result == 0 ? expected.size() : room / 3 * 3;
   require(expected.compare(0, whole, out.get(), whole) == 0, "all that fits is decoded");
 }
 
-void check_decoding_in_place(std::vector<char> text) {
+void check_decoding_in_place(std::vector<char> text, int width) {
   const std::string expected = plainly_decoded({text.data(), text.size()});
   auto length = static_cast<std::int32_t>(text.size());
-  const int result = base64_decode(text.data(), text.data(), &length, text.data() + text.size());
+  const int result =
+      base64_decode(text.data(), text.data(), &length, text.data() + text.size(), width);
   require(result == 0 && length == std::ssize(expected) &&
               std::equal(expected.begin(), expected.end(), text.begin()),
           "a text is decoded where it lies");
 }
 
-void check_encoder(const std::vector<char>& bytes) {
+void check_encoder(const std::vector<char>& bytes, int width) {
   const auto size = static_cast<std::int32_t>(bytes.size());
   std::int32_t length = base64_encoded_length(size);
   const auto room = static_cast<std::size_t>(length);
   const std::unique_ptr<char[]> out(new char[room]);
-  require(base64_encode(bytes.data(), size, out.get(), &length) == 0, "anything is encoded");
+  require(base64_encode(bytes.data(), size, out.get(), &length, width) == 0, "anything is encoded");
   const std::string text(out.get(), room);
   require(length == std::ssize(text) &&
               plainly_decoded(text) == std::string_view(bytes.data(), bytes.size()),
@@ -60,7 +61,7 @@ void check_text_scan(std::vector<char> text) {
   }
 }
 
-// Both runs of ASCII: what they have converted, and that they have converted it alone.
+// For both runs of ASCII: checks what they have converted, and that they converted nothing else.
 template <class From, class To>
 void check_run(void (*run)(const From*&, const From*, To*&), const From* start, std::size_t size) {
   const std::unique_ptr<To[]> out(new To[size]);
@@ -72,8 +73,8 @@ void check_run(void (*run)(const From*&, const From*, To*&), const From* start, 
           "a run of ASCII is converted");
 }
 
-// The code point of a sequence of `size` bytes by its marks alone; a surrogate may be one. False
-// unless it is the only way to write that.
+// Decodes a sequence of `size` bytes by its marks alone, which may give a surrogate. False unless
+// this is the only way to write that code point.
 bool is_sequence(const unsigned char* in, std::size_t size, std::uint32_t& point) {
   constexpr std::uint32_t marks[] = {0, 0x00, 0xC0, 0xE0, 0xF0},
                           least[] = {0, 0, 0x80, 0x800, 0x10000};
@@ -87,7 +88,7 @@ bool is_sequence(const unsigned char* in, std::size_t size, std::uint32_t& point
   return point >= least[size] && point <= 0x10FFFF;
 }
 
-// Text by the book, but for U+FFFD, which stands for each ill-formed byte.
+// Converts by the book, except that each ill-formed byte becomes U+FFFD.
 wide_string plainly_widened(std::string_view text) {
   wide_string out;
   const auto* in = reinterpret_cast<const unsigned char*>(text.data());
@@ -103,7 +104,7 @@ wide_string plainly_widened(std::string_view text) {
   return out;
 }
 
-// How many U+FFFD stand for an ill-formed sequence is the unit tests' business.
+// Unit tests cover how many U+FFFD stand for an ill-formed sequence.
 wide_string without_repetition(wide_string text) {
   const auto both_replaced = [](wide_char a, wide_char b) { return a == 0xFFFD && b == 0xFFFD; };
   text.erase(std::unique(text.begin(), text.end(), both_replaced), text.end());
@@ -139,18 +140,16 @@ void check_narrowing(const std::vector<wide_char>& units) {
 
 }  // namespace
 
-// The copies end where their memory ends.
+// Each copy ends where its memory ends.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const std::vector<char> bytes(data, data + size);
   std::vector<wide_char> units(size / 2);
   std::memcpy(units.data(), data, size / 2 * 2);
-  static const int best = base64_vector_width;
-  for (const int width : {0, 16, 32}) {
-    base64_vector_width = std::min(width, best);
-    for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room);
-    check_decoding_in_place(bytes);
-    check_encoder(bytes);
+  for (int width = 0; width <= base64_vector_width; width += 16) {
+    for (const std::size_t room : {size, size * 3 / 4, size / 2}) check_decoder(bytes, room, width);
+    check_decoding_in_place(bytes, width);
+    check_encoder(bytes, width);
   }
   check_text_scan(bytes);
   check_widening(bytes);

@@ -27,7 +27,7 @@ std::string plainly_decoded(std::string_view text) {
   constexpr std::string_view alphabet =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string bytes;
-  std::size_t held = 0, width = 0;  // of the bits that wait for more
+  std::size_t held = 0, width = 0;  // of the bits that don't make a byte yet
   bool between_groups = true;
   for (const char c : text) {
     if (c == '\0' && between_groups) break;

@@ -1,5 +1,5 @@
-// Bytes of standard input up to the messages that the agent gets, through the real reader, joiner
-// and dispatcher, and through plain models of them.
+// Follows bytes of standard input up to the messages that the agent gets, through the real reader,
+// joiner and dispatcher, and through plain models of these.
 
 #include <cstdio>
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-// Keeps the picture of each message, whose form has to be read as the same.
+// Keeps a picture of each message, and checks that its form can be read back.
 struct agent final : implements<agent, iCfClient> {
   std::int32_t addObserver(iCfClientObs*) override { return 0; }
 
@@ -44,7 +44,8 @@ void check_dispatch(std::string request, const platform::screen_point* cursor, b
           "a request becomes its message");
 }
 
-// Reads all, and then all that the messages still open have gathered: the next input starts anew.
+// Reads everything, and then what the unfinished messages have gathered, so that the next input
+// starts afresh.
 texts check_reading(std::string stream) {
   open_messages open;
   std::int32_t expected_end = 0, end = 0;
@@ -86,8 +87,8 @@ std::string frames_of_lines(std::string_view lines) {
 
 }  // namespace
 
-// The input are requests with an empty line between them; behind a zero it is the bytes of the
-// stream, and behind a one its envelopes.
+// The input is requests separated by empty lines; after a leading zero byte it is the bytes of the
+// stream, and after a one its envelopes.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input = text_of(data, size);
   const std::uint8_t first = size > 0 ? *data : 0;

@@ -21,7 +21,7 @@ node_list members_of(const json_node& node) {
   return all;
 }
 
-// The tree of a text, which it owns with the tree. The parser has a target of its own.
+// A parsed text, which it owns together with the tree. The parser has a fuzz target of its own.
 struct tree {
   explicit tree(std::string source) : text(std::move(source)) {
     const char *position = nullptr, *description = nullptr;
@@ -35,7 +35,7 @@ struct tree {
   node_list members;
 };
 
-// The last of the members with this name, of one of two kinds; or null.
+// The last member with this name and of one of two kinds, or null.
 const json_node* last_of(const node_list& members, std::string_view name, json_kind kind,
                          json_kind other) {
   const json_node* found = nullptr;
@@ -64,12 +64,12 @@ wide_string widened(const json_node* text) {
   return wide;
 }
 
-// A null empties a text.
+// null empties a text.
 void put(propsW_t& bag, wide_view key, const node_list& members, std::string_view name) {
   bag.put(key, widened(last_of(members, name, kind_string, kind_null)));
 }
 
-// Names of several words are joined otherwise in a bag.
+// Names of several words are joined by hyphens in a bag.
 void put_all(propsW_t& bag, const node_list& members,
              std::initializer_list<std::string_view> names) {
   for (const std::string_view name : names) {

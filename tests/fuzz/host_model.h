@@ -1,4 +1,4 @@
-// What the host makes of its input, by plain means: with copies, maps and searches in place of what
+// What the host makes of its input, by plain means: with copies, maps and searches instead of what
 // makes the host fast.
 #pragma once
 
@@ -13,13 +13,13 @@
 
 using texts = std::vector<std::string>;
 
-// What has come of each message that is unfinished, by id.
+// The text so far of each unfinished message, by id.
 using open_messages = std::map<std::string, std::string>;
 
 // The messages that a stream of frames completes; `result` is what ends it.
 texts plainly_read(std::string_view stream, open_messages& open, std::int32_t& result);
 
-// The class and the form of a message; the name alone where it has no form.
+// The class and the form of a message, or its name if it has no form.
 std::string picture_of(iCfMsg& message);
 
 // The picture of the message that a request becomes, or nothing, with the cursor there.

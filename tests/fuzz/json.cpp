@@ -1,4 +1,4 @@
-// The parser against a second reading of the dialect, and the writer against both.
+// Compares the parser with a second implementation of the dialect, and the writer with both.
 
 #include <algorithm>
 #include <cstring>
@@ -19,7 +19,7 @@ std::string line(std::size_t depth, const optional_text& name, const std::string
   return std::to_string(depth) + (name ? '"' + *name + "\"=" : " ") + picture + '\n';
 }
 
-// Token by token, from a text that stays as it is. A step gives false after an error.
+// Reads token by token from a text that isn't changed. A step returns false after an error.
 struct second_reading {
   explicit second_reading(const std::string& source) : text(source) {
     while (at < text.size() && token()) {
@@ -77,7 +77,7 @@ struct second_reading {
     return ++at > 0;
   }
 
-  // Ends on the last character of the escape.
+  // Stops at the last character of the escape.
   bool escape(std::size_t string_start, std::string& decoded) {
     constexpr std::string_view letters = "\"\\/bfnrt", meanings = "\"\\/\b\f\n\r\t";
     const std::string rest = text.substr(at + 1, 5);
@@ -96,7 +96,7 @@ struct second_reading {
     return (at += 5) > 0;
   }
 
-  // The values of floats are left to the unit tests.
+  // Unit tests cover the values of floats.
   bool number() {
     const std::string token = text.substr(at, text.find_first_of(" \t\r\n,]}", at) - at);
     const bool is_float = token.find_first_of(".eE") != token.npos;
@@ -131,7 +131,7 @@ struct second_reading {
 
   const std::string text;
   std::size_t at = 0, error_position = 0;
-  std::string lines, open, error;  // `open` has the brackets that are open
+  std::string lines, open, error;  // `open` holds the open brackets
   optional_text name;
 };
 
@@ -144,7 +144,7 @@ std::string picture_of(const json_node& node) {
   return node.kind == kind_bool && node.value.boolean == 0 ? "false" : pictures[node.kind];
 }
 
-// The same lines from a tree.
+// Makes the same lines from a tree.
 void put_lines(const json_node* node, std::size_t depth, std::string& lines) {
   for (; node != nullptr; node = node->next_sibling) {
     const json_node* const parent = node->parent;

@@ -1,5 +1,5 @@
-// What the agent sends up to the frames that the extension gets, through the real observer and
-// reply writer.
+// Follows what the agent sends up to the frames that the extension gets, through the real observer
+// and reply writer.
 
 #include <algorithm>
 #include <cstdio>
@@ -19,7 +19,7 @@
 
 namespace {
 
-// Standard output, into memory.
+// Standard output, redirected to memory.
 std::string output;
 
 ssize_t write_output(void*, const char* bytes, std::size_t size) {
@@ -29,7 +29,7 @@ ssize_t write_output(void*, const char* bytes, std::size_t size) {
 
 using texts = std::vector<std::string>;
 
-// The notifications that went out, each of them whole.
+// The notifications that were sent; checks that each is whole.
 texts sent_notifications() {
   frame_splitter splitter(max_output_size);
   message_joiner joiner;
@@ -117,7 +117,7 @@ std::string plainly_notified(const std::string& payload) {
 
 }  // namespace
 
-// The first byte of the input chooses the type string that is put in front of the payload.
+// The first byte of the input chooses the type string that precedes the payload.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static std::FILE* const stream =
       fopencookie(nullptr, "w", {nullptr, write_output, nullptr, nullptr});

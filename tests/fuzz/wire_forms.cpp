@@ -1,4 +1,4 @@
-// The binary forms against a second reading.
+// Compares the binary forms with a second implementation.
 
 #include <cstring>
 #include <map>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The fields of a form: its type, texts, words, guards of which the last one counts, a bag, a list.
+// The fields of a form: its type, texts, words, guards (the last one counts), a bag and a list.
 struct form_kind {
   owned_message (*make)();
   std::string_view fields;
@@ -31,7 +31,7 @@ const form_kind forms[] = {
     {make<CfMsgUnLockDb>, "twsswwww"},
 };
 
-// Reads a form field by field, and gives what it is when written again; or nothing.
+// Reads a form field by field, and returns it as it is written again; or nothing.
 struct second_reading {
   std::string left;
   bool ok = true;
@@ -91,7 +91,7 @@ struct second_reading {
   }
 };
 
-// The form of what could be read, or nothing.
+// What could be read, as a form; or nothing.
 std::string form_read(const form_kind& kind, std::string_view payload) {
   const auto message = kind.make();
   odd_stream stream(payload);
@@ -103,7 +103,7 @@ std::string form_read(const form_kind& kind, std::string_view payload) {
 
 }  // namespace
 
-// The first byte of the input chooses the class; without its top bit the input begins behind the
+// The first byte of the input chooses the class. Without its top bit the input starts after the
 // type string.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view input = text_of(data, size);

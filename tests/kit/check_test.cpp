@@ -1,4 +1,4 @@
-// cfcheck names each fault that a library can have.
+// cfcheck reports each fault that a library can have.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -30,10 +30,10 @@ class checked_library : public testing::Test {
     return text.str();
   }
 
-  // The report, and what it ends with.
+  // The report, and the exit value.
   std::string run(const std::vector<std::string>& options = {}) {
     std::vector<std::string> arguments = options;
-    arguments.insert(arguments.end(), {"--wait", "0", "--patience", "3000", library_.string()});
+    arguments.insert(arguments.end(), {"--wait", "0", "--timeout", "3000", library_.string()});
     std::string error, text;
     const auto check = platform::child_process::start(CHECK_PROGRAM, arguments, error);
     if (check == nullptr) return error;
@@ -44,7 +44,7 @@ class checked_library : public testing::Test {
     return text + std::to_string(check->wait(check->forever).value_or(-1));
   }
 
-  // The ids of the report, and the exit value.
+  // The ids in the report, and the exit value.
   std::string findings() {
     const std::string text = run({"--json"});
     std::string found;
@@ -97,7 +97,7 @@ TEST_F(checked_library, each_fault_is_found) {
   }
 }
 
-// These are found for each of the six messages.
+// These are reported for each of the six messages.
 TEST_F(checked_library, each_misuse_of_a_message_is_found) {
   const std::pair<const char*, const char*> cases[] = {
       {"change", "message-changed"},       {"beside", "message-changed"},
@@ -138,7 +138,7 @@ TEST_F(checked_library, tells_why_it_cannot_be_loaded) {
       << run();
 }
 
-// Whatever damage a file has, its facts come from inside of it.
+// However damaged a file is, its facts come from inside it.
 TEST(library_facts, survive_damaged_files) {
   std::ifstream file(FAULTY_LIBRARY, std::ios::binary);
   std::string bytes(8192, '\0');

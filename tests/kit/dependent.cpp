@@ -1,6 +1,6 @@
 #include "platform/exported.h"
 
-// Lies in another library.
+// Defined in another library.
 extern "C" void* NotTheApi();
 
 extern "C" PLATFORM_EXPORTED void* Api() { return NotTheApi(); }

@@ -34,7 +34,7 @@ void perform(const std::string& what) {
   if (what == "exit") std::_Exit(3);
 }
 
-// Answers to one name with whatever address it was given.
+// Answers to one name with the given address, whatever it is.
 struct strange_object final : message_of<strange_object, iCfMsg> {
   strange_object(const cfName& n, void* record) : answered(n), record_(record) {}
   void* query(const cfName& n) override { return n == answered ? record_ : iCfMsg::query(n); }
@@ -42,7 +42,7 @@ struct strange_object final : message_of<strange_object, iCfMsg> {
   void* record_;
 };
 
-// Answers to everything.
+// Answers to every name.
 struct careless_object final : message_of<careless_object, iCfMsg> {
   void* query(const cfName&) override { return this; }
 };

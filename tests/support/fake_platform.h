@@ -1,5 +1,5 @@
-// Stands in for the platform layer in unit tests: gives the answers that a test has set, and
-// records what the host hands to the system. Text conversion and random numbers are the real ones.
+// Stands in for the platform layer in unit tests: returns what a test has set, and records what the
+// host passes to the system. Text conversion and random numbers are the real ones.
 #pragma once
 
 #include <functional>
@@ -12,18 +12,18 @@
 namespace fake {
 
 struct system_state {
-  wide_string config_text;  // value of the one key, empty while there is no such file
+  wide_string config_text;  // value of the one key; empty: there is no such file
   std::optional<platform::screen_point> cursor;
   bool debugger = false;
   std::int32_t thread_id = 812;
-  void* library = nullptr;  // handle that loading gives; null: there is no library
+  void* library = nullptr;  // handle that loading returns; null: there is no library
   void* entry = nullptr;    // address of its one export; null: it has none
   std::function<void()> on_unload;
   bool abandoned = false;  // nobody is left at the other end of the standard streams
 
   std::vector<std::string> lines;
   std::vector<wide_string> wide_lines;
-  int debug_calls = 0;     // of anything that diagnostics ask of the system
+  int debug_calls = 0;     // of any function that diagnostics use
   std::string config_key;  // last asked for
   wide_string loaded_path;
   int unloaded = 0;
@@ -32,7 +32,7 @@ struct system_state {
 // The state of the current test.
 system_state& system();
 
-// Makes a new state, and turns the diagnostics on or off.
+// Starts with a new state, and turns diagnostics on or off.
 void reset(bool diagnostics);
 
 }  // namespace fake

@@ -1,4 +1,4 @@
-// Bytes of payloads and frames, and the two ends of a message's way through them.
+// Bytes of payloads and frames, and streams for writing and reading messages.
 #pragma once
 
 #include <cstring>
@@ -12,7 +12,7 @@ std::string wide_bytes(wide_view text);  // as in a payload, with its terminator
 std::string word(std::uint32_t value);
 std::string frame(std::string_view payload);
 
-// Collects what a message writes; from the call with the number `refused` on it refuses.
+// Collects what a message writes; refuses from the call with the number `refused` on.
 struct memory_sink final : implements<memory_sink, cfSink> {
   bool write_bytes(const void* data, std::uint64_t size) override;
   std::string bytes;

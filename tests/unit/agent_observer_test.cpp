@@ -36,7 +36,7 @@ struct packet {
 
 using AgentObserver = quiet_test;
 
-// What each notification is made from. Their texts stand in the end-to-end tests.
+// What each notification is made from. The end-to-end tests have their texts.
 TEST_F(AgentObserver, SendsEachNotificationOfTheTables) {
   CfMsgWebsite site;
   const std::string form = form_of(site);

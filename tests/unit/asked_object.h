@@ -1,4 +1,4 @@
-// An object of the client library's.
+// An object that stands for one of the client library's.
 #pragma once
 
 #include <atomic>
@@ -7,7 +7,7 @@
 
 #include "tests/unit/support.h"
 
-// Answers with records, stays inside `query` while it is held, and counts what is asked of it.
+// Answers with records, stays inside `query` while it is held, and counts the calls.
 struct asked_object final : message_of<asked_object, iCfMsg> {
   std::int32_t release() override { return ++calls; }
   std::int32_t addRef() override { return ++references; }

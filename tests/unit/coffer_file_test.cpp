@@ -1,4 +1,4 @@
-// What the development agent makes of its file, and what it says of one that it can't use.
+// What the development agent makes of its file, and what it says about one that it can't use.
 #include "agent/coffer_file.h"
 
 #include <gtest/gtest.h>
@@ -11,19 +11,13 @@
 
 #include "agent/public_suffix.h"
 #include "tests/unit/table.h"
-#include "transport/codecs/text.h"
+#include "tests/unit/wide.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-wide_string wide(const std::string& text) {
-  wide_string result;
-  utf8_to_wide(result, text.data(), static_cast<std::uint32_t>(text.size()));
-  return result;
-}
-
-// What is said of the file, without its folder; of a good one the password for "https://a:1/b".
+// What is said about the file, without its folder; for a good one the password for "https://a:1/b".
 std::string outcome(const fs::path& file) {
   coffer filled;
   std::string problem;
@@ -76,8 +70,8 @@ TEST(CofferFile, IsUsedWholeOrComplainedOf) {
   fs::remove_all(folder);
 }
 
-// "site page ..." => "yes" for each page that gets the site's login; '+' in front of a site is for
-// its subdomains, too.
+// "site page ..." => "yes" for each page that gets the site's login; '+' before a site includes its
+// subdomains.
 TEST(Coffer, HasALoginForItsOriginAndWhatTheSiteShares) {
   check_file(
       [](const std::string& row) {

@@ -18,7 +18,7 @@ struct Dispatcher : logged_test, implements<Dispatcher, iCfClient> {
     return 1;
   }
 
-  // The message that is posted, or what is logged behind the parser's line, and the result.
+  // The message that is posted, or what is logged after the parser's line, and the result.
   std::string outcome(std::string text) {
     fake::system().lines.clear();
     posted = "none";
@@ -36,7 +36,7 @@ struct Dispatcher : logged_test, implements<Dispatcher, iCfClient> {
   std::size_t inputs = 0;
 };
 
-// What is in the messages stands in the end-to-end tests.
+// The end-to-end tests have the content of the messages.
 TEST_F(Dispatcher, PostsOneMessageForEachMethod) {
   check_outcomes(R"(
     {"data":{},"data":{"title":"x"},"method":"get-info-for-page"} => Website 0

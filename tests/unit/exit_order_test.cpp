@@ -1,4 +1,4 @@
-// In which order the process's objects go.
+// The order in which the process's objects end.
 #include <cstdlib>
 #include <thread>
 
@@ -12,7 +12,7 @@ namespace {
 
 using ExitOrder = quiet_test;
 
-cfApi* no_root() { return nullptr; }
+cfApi* nothing() { return nullptr; }
 
 void demand(bool holds, const char* what) {
   if (holds) return;
@@ -41,7 +41,7 @@ void check_end() {
   std::atexit(check_end);
   register_exit_actions();
   fake::system().library = &fake::system();
-  fake::system().entry = reinterpret_cast<void*>(no_root);
+  fake::system().entry = reinterpret_cast<void*>(nothing);
   fake::system().on_unload = check_unload;
   demand(load_client_library(u"path"), "loading");
   reassemble(R"({"id":"unfinished","fragment":0,"msg":"QUJD"})");
@@ -69,7 +69,7 @@ void check_end() {
   std::_Exit(7);
 }
 
-// Ends are for good, so each happens in a process of its own.
+// An end is final, so each test runs in a process of its own.
 TEST_F(ExitOrder, ClosesTheGateAndTheProcessObjectsGoInTheirOrder) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(close_with_a_call_inside(), testing::ExitedWithCode(7), "");

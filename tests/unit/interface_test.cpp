@@ -1,4 +1,4 @@
-// What client libraries are built against.
+// The interface that client libraries are built against.
 #include "messages/agent_interface.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +9,8 @@
 
 namespace {
 
-// Where a virtual function stands in the table, by the ABI that all our compilers follow: a pointer
-// to it holds its place in bytes, plus one.
+// The slot of a virtual function, by the ABI that all our compilers follow: a pointer to it holds
+// its offset in bytes, plus one.
 template <class Member>
 std::size_t slot_of(Member member) {
   std::size_t place = 0;

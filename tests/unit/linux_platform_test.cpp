@@ -62,7 +62,7 @@ TEST(Configuration, IsReadFromASmallTextFileAndNothingElse) {
   EXPECT_EQ(written("[s]\nk=1\n" + std::string(70'000, ';')), "");
 }
 
-// A display where the test listens, as that user.
+// A display that the test listens at, as that user.
 struct own_display {
   explicit own_display(uid_t user) {
     const std::string name = std::string(1, '\0') + "/tmp/.X11-unix/X" + number;
@@ -91,7 +91,7 @@ TEST(Pointer, IsNotAskedOfAServerThatAnotherUserRuns) {
   EXPECT_EQ(recv(accept(display.listener, nullptr, nullptr), &byte, 1, 0), 0) << "no byte goes out";
 }
 
-// One entry of a file with keys, for a display of any machine.
+// An entry of a key file, for a display of any machine.
 std::string key_entry(const std::string& number, const std::string& kind, const std::string& key) {
   std::string entry = "\xFF\xFF";
   for (const std::string& text : {std::string(), number, kind, key}) {
@@ -110,7 +110,7 @@ TEST(Pointer, IsAskedForWithTheKeyOfTheDisplayAndNotWaitedForForEver) {
   setenv("XAUTHORITY", keys.c_str(), 1);
   char heard[100];
   ssize_t size = 0;
-  // Greets, and goes on with a byte at a time until nobody listens any more.
+  // Greets, and then sends a byte at a time until nobody listens any more.
   std::thread server([&] {
     const int client = accept(display.listener, nullptr, nullptr);
     size = recv(client, heard, sizeof heard, 0);
@@ -139,7 +139,7 @@ std::string words(std::initializer_list<int> numbers) {
   return bytes;
 }
 
-// What the pointer's place is said to be, as "x,y", after such a talk.
+// Where the pointer is after such a talk, as "x,y".
 std::string pointer_in(const std::string& talk, int screen) {
   int ends[2] = {};
   EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends), 0);

@@ -93,7 +93,7 @@ TEST(BagBlock, IsLaidOverTheBagAsFarAsItIsWhole) {
 
 TEST(BagList, IsReadAsFarAsItsBagsGo) {
   const std::string bag = wide_bytes(u"a") + wide_bytes(u"1") + wide_bytes(u"");
-  // The bags, and the words left behind the list; none where it isn't whole.
+  // The bags, and the number of words left after the list; none if the list isn't whole.
   const std::tuple<std::string, std::size_t, int> lists[] = {
       {word(2) + bag + bag + "rest", 2, 1},
       {word(0x80000000) + bag, 0, 2},
@@ -191,7 +191,7 @@ TEST(InputStream, ReadsNothingBeyondItsEnd) {
     EXPECT_FALSE(static_cast<bool>(odd.readWide()) || odd.readU32(value = 7).ok) << length;
     EXPECT_EQ(value == 7, length < 4) << "a failed string leaves the position where it was";
   }
-  // Units that a search for zeros may take for one.
+  // Units that a search for zeros might mistake for one.
   for (const wide_char unit : {u'\u0001', u'\u0100', u'\u8000', u'\u8001', u'\uFF00', u'\uFFFF'}) {
     for (std::size_t length = 0; length < 20; ++length) {
       const wide_string units(length, unit);

@@ -7,23 +7,17 @@
 #include "agent/explanation.h"
 #include "agent/typed_login.h"
 #include "tests/unit/table.h"
-#include "transport/codecs/text.h"
+#include "tests/unit/wide.h"
 
 namespace {
-
-wide_string wide(const std::string& text) {
-  wide_string result;
-  utf8_to_wide(result, text.data(), static_cast<std::uint32_t>(text.size()));
-  return result;
-}
 
 void set(propsW_t& bag, const wide_char* key, const std::string& text) {
   bag.set(key, wide(text).c_str(), true);
 }
 
 // A page as a row describes it: "title | path | input input ...". An input is
-// "type:name/label#form" with '_' for blanks in the label, '!' in front for a readonly one and '*'
-// for the one that the user points at. "=value" behind it is what was typed.
+// "type:name/label#form", with '_' for blanks in the label, '!' in front of a read-only input and
+// '*' in front of the one that the user points at. "=value" after it is what was typed.
 std::unique_ptr<CfMsgWebsite> page_of(const std::string& row) {
   static const std::regex parts(R"(([^|]*?) *\| *(\S*) *\|(.*))");
   static const std::regex one(R"(([!*]?)(\w+):([^ /#=]*)(?:/([^ #=]*))?(?:#([^ =]*))?(?:=(\S*))?)");
@@ -54,7 +48,7 @@ struct filled_coffer : coffer {
   filled_coffer() { store({"https", "a.example", 443}, {u"U", u"P"}); }
 };
 
-// A letter for each input: 'u' and 'p' where user and password are filled in.
+// A letter for each input: 'u' and 'p' for those that get the user and the password.
 std::string filled(const std::string& row) {
   const auto page = page_of(row);
   fill_page(*page, filled_coffer());
@@ -82,7 +76,7 @@ TEST(PageFilling, FillsWhereTheUserPointsUnlessThatIsPlainlySomethingElse) {
   check_file(filled, PAGES "/pointed.txt");
 }
 
-// Random forms from all that makes the rows above.
+// Random forms made from everything in the rows above.
 TEST(PageFilling, PutsNoPasswordIntoATextInput) {
   const std::string types[] = {"text", "password", "email", "tel", "search", "number", "url", "x"};
   const std::string names[] = {"password", "passwort", "current_password", "q",   "user", "email",

@@ -1,4 +1,4 @@
-// What every implementation of the platform layer has to do.
+// What every implementation of the platform layer must do.
 #include "platform/platform.h"
 
 #include <thread>
@@ -41,7 +41,7 @@ TEST(Text, IsConvertedExactlyWhereItIsWellFormed) {
     <ED><BF><BF><ED><A0><80>a => <DFFF><D800>a one way)");
 }
 
-// Whatever is around it, a surrogate that is coded in three bytes becomes that unit.
+// Whatever surrounds it, a surrogate coded in three bytes becomes that code unit.
 TEST(Text, IsNeverRefusedAndKeepsCodedSurrogates) {
   for (const std::string part : {"", "\xFF", "\xC3", "\xE2\x82", "\xF0\x9F", "\xBF\xBF", "a"}) {
     const wide_string wide = widened(part + "\xED\xA0\xBD\xED\xB8\x80" + part);

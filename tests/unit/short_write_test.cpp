@@ -1,4 +1,4 @@
-// Streams from and onto devices of the test's own, which not every C library has.
+// Streams on devices of the test's own, which not every C library supports.
 #include "tests/unit/support.h"
 #include "transport/frame_reader.h"
 #include "transport/reply_writer.h"
@@ -38,7 +38,7 @@ TEST_F(ShortWrite, GivesUpAReplyAtItsFirstShortWriteAndTriesTheNext) {
   }
 }
 
-// A device that falls short once, when `room` bytes are there, and then takes everything.
+// A device that fails once, when it holds `room` bytes, and then takes everything.
 struct recorder {
   std::size_t room = 0;
   std::string bytes;
@@ -52,7 +52,7 @@ ssize_t record(void* device, const char* bytes, std::size_t size) {
   return static_cast<ssize_t>(taken);
 }
 
-// What was written is whole up to the refused byte; what comes later isn't held up by it.
+// What was written is whole up to the refused byte, and doesn't hold up what comes later.
 TEST_F(ShortWrite, GivesUpAReplyWhicheverByteIsRefused) {
   for (std::size_t room = 0; room < 4 + 506 + 4 + 92; ++room) {
     recorder device{room, {}};
@@ -84,7 +84,7 @@ ssize_t give_one(void* device, char* out, std::size_t) {
   return 1;
 }
 
-// A device that gives one byte and fails from then on.
+// A device that returns one byte and fails from then on.
 ssize_t give_then_fail(void* calls, char* out, std::size_t) {
   if (++*static_cast<int*>(calls) > 1) return errno = EIO, -1;
   return *out = '\x10', 1;
@@ -100,7 +100,7 @@ TEST_F(ShortWrite, TakesAReadThatFailsForTheEndOfTheInput) {
   EXPECT_NE(fake::system().lines.back().find("actual_read != 4 but instead is 1;"), message.npos);
 }
 
-// The last frame counts as far as it came: without its last byte it is one that isn't JSON.
+// The last frame counts as far as it came: without its last byte it isn't JSON.
 TEST_F(ShortWrite, ReadsByteByByteThroughSignalsUpToWhereverTheInputEnds) {
   const std::string one = frame(R"({"id":"a","fragment":"final","msg":"QQ=="})");
   const std::string input = one + frame(R"({"id":"b","msg":"Qg"})") + one;

@@ -1,4 +1,4 @@
-// What several unit tests need: bytes, streams and readable pictures.
+// What several unit tests need: bytes, streams and readable results.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -35,10 +35,10 @@ file_pointer file_with(std::string_view bytes);
 std::string reassemble_in(fragment_store& store, std::string envelope);
 std::string reassemble(const std::string& envelope);
 
-// The replies in frames, all of which have to be whole and in their order.
+// The replies in the frames; checks that all are whole and in order.
 struct received_reply {
   const std::string& text() const { return joined; }
   std::string joined;
-  std::vector<std::size_t> sizes;  // of the envelopes since the reply before
+  std::vector<std::size_t> sizes;  // of the envelopes since the previous reply
 };
 std::vector<received_reply> replies_in(std::string_view frames);

@@ -9,13 +9,13 @@
 
 #include "platform/wide.h"
 
-// Runs `actual` on every case of a table. A table holds "input => expected" in each line, or
-// several times in a line, between " ;; "; in an input <0A> stands for that byte. It begins on the
-// line of the call, so that a failure tells the line of its case.
+// Runs `actual` on every case of a table. Each line of a table holds "input => expected", or
+// several of these with " ;; " in between; <0A> in an input stands for that byte. The table begins
+// on the line of the call, so that a failure shows the line of its case.
 void check(const std::function<std::string(const std::string&)>& actual, std::string_view table,
            const char* file = __builtin_FILE(), int line = __builtin_LINE());
 
-// The same for a table of a line each in a file of its own.
+// The same for a file with one case per line.
 void check_file(const std::function<std::string(const std::string&)>& actual,
                 const std::string& path);
 

@@ -11,23 +11,23 @@ using TransportLog = logged_test;
 TEST_F(Transport, DropsMessagesAsAWholeAtItsBounds) {
   EXPECT_TRUE(fragment_store().append("a", std::string(std::size_t{64} * 1024 * 1024, 'Q')));
   fragment_store store({.text = 8, .messages = 3});
-  const auto piece = [&store](const std::string& text) {  // id, number or "f", and what is gathered
+  const auto piece = [&store](const std::string& text) {  // id, number or "f", and the piece
     const std::string fragment = text[1] == 'f' ? "\"final\"" : text.substr(1, 1);
     return reassemble_in(store, "{\"id\":\"" + text.substr(0, 1) + "\",\"fragment\":" + fragment +
                                     ",\"msg\":\"" + text.substr(2) + "\"}");
   };
-  // What is too large by itself goes up to its end, and what lay untouched longest, up to its own.
+  // A message that is too large is refused up to its end, and so is the one untouched longest.
   check(piece, R"(a0QUJDQUJD => |0 ;; a1Q => |1 ;; b0QUJD => |0 ;; a2QQ== => |1 ;; afQg== => |1
     afQg== => B|0 ;; c0QUJD => |0 ;; b1 => |0 ;; d0QQ== => |0 ;; bf => ABC|0
     cfQg== => |1 ;; df => A|0 ;; e0 => |0 ;; f0QUJDQUJDQ => |1 ;; ffQg== => |1 ;; ef => |0
     g0 => |0 ;; h0 => |0 ;; i0 => |0 ;; j0 => |0 ;; gfQg== => |1 ;; hfQg== => B|0)");
-  // Of dropped ones as many are remembered as may be kept.
+  // As many dropped messages are remembered as may be kept.
   check(piece, R"(k0 => |0 ;; l0 => |0 ;; m0 => |0 ;; n0 => |0 ;; ifQg== => |1 ;; jfQg== => |1
     o0 => |0 ;; p0 => |0 ;; q0 => |0 ;; kfQg== => B|0 ;; lfQg== => |1)");
   EXPECT_EQ(store.text_size(), 0U);
 }
 
-// The exact lines of frames that are taken stand in the end-to-end tests.
+// The end-to-end tests have the exact lines for accepted frames.
 TEST_F(TransportLog, TellsOfAFrameThatIsNoEnvelopeAndOfTheEnd) {
   const file_pointer input = file_with(frame(std::string("[\0x", 3)));
   std::string message, all;

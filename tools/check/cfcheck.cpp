@@ -1,4 +1,4 @@
-// Plays the host towards a client library and says what is wrong with it.
+// Plays the host to a client library and reports what is wrong with it.
 
 #include <cstdio>
 #include <cstdlib>
@@ -39,17 +39,17 @@ report examine(const check_options& options) {
 
   const std::string wait = std::to_string(options.wait.count());
   const child_account child =
-      run_examination(program, {child_command, library, wait}, options.patience);
+      run_examination(program, {child_command, library, wait}, options.timeout);
   for (const report_entry& entry : child.entries) out.add(entry);
   look_at_output(child, library, out);
-  if (auto fault = judge_end(child, library, options.patience)) out.add(std::move(*fault));
+  if (auto fault = judge_end(child, library, options.timeout)) out.add(std::move(*fault));
   if (!out.has_faults())
     out.add(
         {"", severity::good, "library-good", library + " does what the host expects of it", {}});
   return out;
 }
 
-// Doesn't return if the process was started to do the dangerous part.
+// Doesn't return if this process was started as the child that does the dangerous part.
 void serve_as_child(int argc, char** argv) {
   if (argc != 5 || argv[1] != std::string(child_command)) return;
   platform::crash_quietly();

@@ -1,70 +1,45 @@
 #include "tools/check/check_options.h"
 
-#include <charconv>
-#include <cstdio>
-#include <string_view>
+#include "tools/command_line.h"
 
 namespace {
 
-constexpr int exit_usage = 2;
-constexpr int longest_time = 600'000;
+constexpr int longest_time_ms = 600'000;
 
-constexpr char usage[] =
-    R"(Usage: cfcheck [OPTION...] LIBRARY
-Plays the host towards a client library, in a process of its own: loads it, asks for its interface,
-registers an observer, posts a message of each kind, looks at what it notifies of, and unloads it.
-Says what is wrong and what to do.
+constexpr char description[] =
+    R"(Plays the host to a client library, in a separate process: loads the library, asks for its
+interface, registers an observer, posts a message of each kind, examines the notifications, and
+unloads the library. Reports what is wrong and what to do.
 
-The library does what it does with a host: it may ask for a password, open its console, and lock its
-store in the end.
+The library acts as it does with a host: it may ask for a password, open its console, and finally
+lock its store.)";
 
-  --wait MS       how long to wait for notifications behind the last message (default: 500)
-  --patience MS   how long a call of the library may take (default: 5000)
-  --json          report in JSON
-  --help          show this text
-  --version       show the version
+constexpr char footer[] =
+    R"(Exit value: 0 if there is no fault (warnings don't count), 1 if there is one, 2 if the arguments
+can't be used.
 
-Exit value: 0 when there is no fault (warnings don't count), 1 when there is one, 2 when the
-arguments can't be used.
+Example: cfcheck /usr/libexec/cfhost/cfagent.so)";
 
-Example: cfcheck /usr/libexec/cfhost/cfagent.so
-)";
-
-int refuse(const std::string& what) {
-  std::fprintf(stderr, "cfcheck: %s\nTry cfcheck --help.\n", what.c_str());
-  return exit_usage;
-}
-
-bool read_time(std::string_view text, std::chrono::milliseconds& time) {
-  int number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, failure] = std::from_chars(text.data(), end, number);
-  if (failure != std::errc() || stop != end || number < 0 || number > longest_time) return false;
-  time = std::chrono::milliseconds(number);
-  return true;
+void add_time(CLI::App& app, const char* name, std::chrono::milliseconds& out, const char* text) {
+  app.add_option_function<int>(
+         name, [&out](int given) { out = std::chrono::milliseconds(given); }, text)
+      ->type_name("MS")
+      ->check(CLI::Range(0, longest_time_ms).description(""));
 }
 
 }  // namespace
 
 std::optional<int> parse_check_options(int argc, char** argv, check_options& options) {
-  for (int at = 1; at < argc; ++at) {
-    const std::string_view argument = argv[at];
-    if (argument == "--help") return std::fputs(usage, stdout), 0;
-    if (argument == "--version") return std::puts("cfcheck " CFHOST_VERSION), 0;
-    if (argument == "--json") {
-      options.json = true;
-    } else if (argument == "--wait" || argument == "--patience") {
-      auto& time = argument == "--wait" ? options.wait : options.patience;
-      if (++at == argc || !read_time(argv[at], time)) {
-        return refuse(std::string(argument) + " takes milliseconds, 0 to " +
-                      std::to_string(longest_time));
-      }
-    } else if (argument.empty() || argument.front() == '-' || !options.library.empty()) {
-      return refuse("\"" + std::string(argument) + "\" is no option, or a second library");
-    } else {
-      options.library = argument;
-    }
-  }
-  if (options.library.empty()) return refuse("a library is needed");
-  return std::nullopt;
+  CLI::App app(description, "cfcheck");
+  add_common_options(app);
+  app.footer(footer);
+  add_time(app, "--wait", options.wait,
+           "How long to wait for notifications after the last message (default: 500)");
+  add_time(app, "--timeout", options.timeout,
+           "How long a call of the library may take (default: 5000)");
+  app.add_flag("--json", options.json, "Report in JSON");
+  app.add_option("LIBRARY", options.library, "The library, as cfhost would load it")
+      ->type_name("")
+      ->required();
+  return parse_command_line(app, std::vector<std::string>(argv + (argc > 0), argv + argc));
 }

@@ -6,12 +6,12 @@
 #include <string>
 
 struct check_options {
-  std::string library;                       // as given
-  std::chrono::milliseconds wait{500};       // for notifications, behind the last request
-  std::chrono::milliseconds patience{5000};  // for each call of the library
+  std::string library;                      // as given
+  std::chrono::milliseconds wait{500};      // for notifications after the last request
+  std::chrono::milliseconds timeout{5000};  // for each call of the library
   bool json = false;
 };
 
-// Nothing to go on with; otherwise the value to exit with, once help, version or what is wrong with
-// the arguments has been printed.
+// Nothing if the program is to go on. Otherwise the exit value, after printing the help, the
+// version or what is wrong with the arguments.
 std::optional<int> parse_check_options(int argc, char** argv, check_options& options);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr cfName interface_of_nobody{u"cfcheck.Nobody"};
 
-// The parent is told that the child lives as often as this.
+// How often the parent is told that the child is alive.
 constexpr std::chrono::milliseconds wait_step{100};
 
 class observer final : public iCfClientObs {
@@ -41,7 +41,7 @@ class observer final : public iCfClientObs {
   std::atomic<int> count_{0};
 };
 
-// Neither is ever destroyed: threads of the library may use them up to the end of the process.
+// Never destroyed: threads of the library may use both until the process ends.
 struct stage {
   explicit stage(account& told) : watcher(told), messages(make_watched_messages(told)) {}
 

@@ -1,4 +1,4 @@
-// The child's side of cfcheck: does to a library what the host does in its life.
+// The child's side of cfcheck: treats a library as the host does from start to end.
 #pragma once
 
 #include <chrono>
@@ -6,6 +6,6 @@
 
 #include "tools/examination_child.h"
 
-// The library's path is absolute. Ends the process.
+// The library's path must be absolute. Ends the process.
 [[noreturn]] void play_host(const std::string& library, std::chrono::milliseconds wait,
                             account& told);

@@ -15,15 +15,15 @@ constexpr cfName name_of_nobody{u"cfcheck::Nobody"};
 constexpr std::size_t message_slots = 9;
 constexpr std::size_t settings_slots = 15;
 
-// More than any page has.
+// More than any page needs.
 constexpr std::int32_t longest_payload = 64 << 20;
 
-// A text of a bag may be as long as a payload; to be examined, it has to be there as a whole.
+// A text in a bag may be as long as a payload, and is examined as a whole.
 constexpr std::uint32_t most_pairs = 100'000;
 
 constexpr char see_layouts[] = "docs/messages.md has the layout; the kit's classes make it.";
 
-// True if there is an object with a table of so many operations.
+// True if there is an object with a table of `slots` operations.
 bool has_table(const void* object, std::size_t slots) {
   if (!platform::is_readable(object, sizeof(void*))) return false;
   const auto* const table = *static_cast<const void* const*>(object);
@@ -36,7 +36,7 @@ bool is_text(const wide_char* text, std::uint32_t length) {
          wide_view(text, length).find(u'\0') == wide_view::npos && text[length] == 0;
 }
 
-// What is wrong with a bag; null if nothing is.
+// What is wrong with a bag; null if nothing is wrong.
 const char* fault_of_settings(const CfSettings& settings) {
   if (!has_table(&settings, settings_slots)) return "isn't there";
   const text_map& map = settings.map();

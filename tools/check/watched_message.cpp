@@ -27,7 +27,7 @@ class usage {
   const char* name() const { return name_; }
   bool was_read_into() const { return read_into_; }
 
-  // Every operation but those on the count.
+  // Every operation except those on the count.
   void use(const char* operation) {
     if (references_ > 0) return;
     fault("used-after-release",
@@ -90,8 +90,8 @@ class usage {
   std::atomic<bool> read_into_{false};
 };
 
-// The message's memory, with room around it that nobody has a reason to touch. The object lies at a
-// fixed distance from what tells whose it is.
+// The message's memory between two guards that nobody has a reason to touch. The object lies at a
+// fixed distance from the pointer to its `usage`.
 template <class Message>
 struct guarded_memory {
   usage* use;
@@ -100,11 +100,11 @@ struct guarded_memory {
   unsigned char after[guard_size];
 };
 
-// The table that the message gets in place of its own. Its slots are those of docs/messages.md; a
-// function that takes the object first is called like a member function on every system.
+// The table that replaces the message's own. Its slots are those of docs/messages.md. On every
+// system a member function is called like a function whose first argument is the object.
 template <class Message>
 struct watching_table {
-  // In front of their tables compilers keep what they know of the class. Nobody asks for it here.
+  // In front of a table compilers keep facts about the class. Nobody asks for them here.
   void* class_facts[2] = {};
   void* (*deletingDestructor)(Message*, std::uint32_t) = [](Message* m, std::uint32_t) {
     of(m).destroyed();
@@ -154,7 +154,7 @@ class watched final : public watched_message {
     message_->addRef();
   }
 
-  // For what is filled in before the message goes out.
+  // For filling in the message before it is posted.
   Message& message() { return *message_; }
 
   iCfMsg* object() override {

@@ -1,4 +1,4 @@
-// Messages of the host that see how the library treats them.
+// The host's messages, watching how the library treats them.
 #pragma once
 
 #include <memory>
@@ -7,20 +7,20 @@
 #include "messages/message.h"
 #include "tools/examination_child.h"
 
-// A message whose operations are watched. It stays where it is until the process ends, whatever the
-// library believes to have freed.
+// A message whose operations are watched. It stays in memory until the process ends, even if the
+// library believes that it has freed it.
 class watched_message {
  public:
   virtual ~watched_message() = default;
 
-  // With the one reference that goes to the library.
+  // The message, with the one reference that goes to the library.
   virtual iCfMsg* object() = 0;
   virtual const char* name() const = 0;
 
-  // What can be said when the library is gone: that the message wasn't released, or was changed.
+  // Called when the library is gone: reports if the message wasn't released, or was changed.
   virtual void judge() = 0;
 };
 
-// One of each kind that the host posts, made as the host makes them. They tell `told`, which lives
-// on, of each use that isn't right.
+// One of each kind that the host posts, made as the host makes them. They report each wrong use to
+// `told`, which must outlive them.
 std::vector<std::unique_ptr<watched_message>> make_watched_messages(account& told);

@@ -1,5 +1,6 @@
-# Makes the table of browsers that the programs know, ${CMAKE_CURRENT_BINARY_DIR}/browser_table.h, of
-# browsers.ini. The property CFHOST_SYSTEM_MANIFEST_FOLDERS has the folders for all users, each once.
+# Makes the programs' table of browsers, ${CMAKE_CURRENT_BINARY_DIR}/browser_table.h, from
+# browsers.ini. The property CFHOST_SYSTEM_MANIFEST_FOLDERS has the folders for all users, each
+# once.
 
 set(known_keys title form user system key data programs flatpak snap policies policy_key)
 set(table ${CMAKE_CURRENT_SOURCE_DIR}/browsers.ini)
@@ -9,7 +10,7 @@ function(fail_at line what)
   message(FATAL_ERROR "${table}: ${what}: ${line}")
 endfunction()
 
-# Sets NAME_KEY of the caller, and NAME_KEY_owner: the browser whose place it is.
+# Sets the caller's NAME_KEY, and NAME_KEY_owner: the browser that the value comes from.
 function(set_value name key value)
   set(owner ${name})
   set(resolved "${value}")

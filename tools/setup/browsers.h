@@ -7,7 +7,7 @@
 
 #include "platform/registration.h"
 
-// How a browser names extensions, and the member of a manifest that lists those it lets in.
+// How a browser names extensions, and the member of a manifest that lists the ones it allows.
 enum class id_form {
   chromium,  // "allowed_origins"
   firefox,   // "allowed_extensions"
@@ -29,5 +29,5 @@ const browser* find_browser(std::string_view name);
 // All names, for people.
 std::string browser_names();
 
-// A browser that isn't listed, which is known by the form of its manifests alone.
+// A browser that isn't listed: only the form of its manifests is known.
 const browser& unlisted_browser(id_form form);

@@ -1,4 +1,4 @@
-// Registers the native-messaging host with browsers, and finds out why one doesn't start it.
+// Registers the native-messaging host with browsers, and finds out why a browser doesn't start it.
 
 #include <cstdio>
 #include <string>
@@ -53,7 +53,7 @@ exit_value install_host(const setup_options& options) {
   return print(done, options);
 }
 
-// What was put right counts by a second look.
+// After repairs a second examination decides.
 exit_value examine_all(const setup_options& options) {
   report found("doctor");
   repair_list repairs;

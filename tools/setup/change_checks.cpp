@@ -33,7 +33,7 @@ report_entry other_host(const browser& of, const present_manifest& present) {
 bool is_led_elsewhere(const browser& of, const manifest_place& place, const setup_options& options,
                       report& out) {
   if (options.system || !platform::is_superuser()) return false;
-  // A link does it, also one that comes in the last moment.
+  // A link is enough for that, even one that appears at the last moment.
   const std::string foreign = platform::foreign_part(place.file);
   if (foreign.empty()) return false;
   out.add(failure(of, "foreign-folder",

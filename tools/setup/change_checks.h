@@ -1,4 +1,4 @@
-// What stands in the way of a change of a registration, and how the report tells of it.
+// What keeps a registration from being changed, and how the report says so.
 #pragma once
 
 #include <string>
@@ -9,19 +9,19 @@
 
 platform::registration_scope scope_of(const setup_options& options);
 
-// Where a manifest is, and what it needs to be taken for it.
+// Where a manifest is, and the registry key that names it.
 std::string shown(const platform::manifest_place& place);
 
 report_entry failure(const browser& of, const char* id, std::string text, std::string advice = {});
 
-// The system didn't let it happen.
+// The system refused the change.
 report_entry unable(const browser& of, const char* id, std::string text,
                     const setup_options& options);
 
-// The manifest isn't this host's.
+// The manifest names another host.
 report_entry other_host(const browser& of, const present_manifest& present);
 
-// True, and told in the report, if the change is root's and a user could lead it to another place.
+// True, with an entry in the report, if root makes the change and a user could redirect it.
 bool is_led_elsewhere(const browser& of, const platform::manifest_place& place,
                       const setup_options& options, report& out);
 

@@ -5,8 +5,8 @@
 #include "tools/setup/repair.h"
 #include "tools/setup/setup_options.h"
 
-// Examines the registrations of the chosen browsers, and each host that one of them names by
-// starting it. Enters what it finds into the report, and what could be put right into `repairs`;
-// changes nothing. `own_host` is the host that would be registered.
+// Examines the registrations of the chosen browsers, and starts each host that they name to examine
+// that too. Adds what it finds to the report, and what can be repaired to `repairs`; changes
+// nothing. `own_host` is the host that would be registered.
 void examine(const setup_options& options, const std::string& own_host, report& out,
              repair_list& repairs);

@@ -39,8 +39,8 @@ bool is_letters(std::string_view id) {
   return std::all_of(id.begin(), id.end(), [](char c) { return c >= 'a' && c <= 'p'; });
 }
 
-// What stands between scheme and path of a pattern that Chromium takes; empty for others. The path
-// doesn't matter to it, and whether the host is an id neither.
+// The part between the scheme and the path of a pattern that Chromium accepts; empty for others.
+// Chromium ignores the path, and doesn't check whether this part is an id.
 std::string host_of_pattern(std::string_view pattern) {
   constexpr std::string_view any_scheme = "*://";
   constexpr std::string_view no_host = "*<>[]\\^|@#?:";

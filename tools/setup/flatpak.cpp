@@ -14,16 +14,16 @@ constexpr char script_start[] =
 constexpr char script_end[] = "' \"$@\"\n";
 constexpr char permission[] = "org.freedesktop.Flatpak=talk";
 
-// What is longer is neither a script nor a file of settings.
+// Longer than any such script or settings file.
 constexpr std::size_t max_size = 1 << 16;
 
-std::string content(const std::string& path) {
+std::string script_text(const std::string& path) {
   std::string text, ignored;
   return platform::read_file(path, max_size, text, ignored) ? text : std::string();
 }
 
 bool grants(const std::string& path) {
-  const std::string text = content(path);
+  const std::string text = script_text(path);
   std::string_view rest = text;
   bool in_session = false;
   while (!rest.empty()) {
@@ -50,7 +50,7 @@ std::string flatpak_script(const std::string& host) {
 }
 
 std::string host_behind(const std::string& path) {
-  std::string text = content(path);
+  std::string text = script_text(path);
   if (!text.starts_with(script_start) || !text.ends_with(script_end)) return path;
   text = text.substr(sizeof script_start - 1,
                      text.size() - (sizeof script_start - 1) - (sizeof script_end - 1));

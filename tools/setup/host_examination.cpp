@@ -23,8 +23,8 @@ class host_examination {
  public:
   host_examination(const host_start& start, report& out, repair_list& repairs)
       : start_(start), out_(out), repairs_(repairs) {
-    // A linked host looks for its library beside itself, not beside the link, and so does one that
-    // cftap starts.
+    // A host that is started through a link looks for its library beside itself, not beside the
+    // link. So does one that cftap starts.
     const std::string host = recorded_host(start.path);
     const std::string folder = platform::folder_of(platform::started_file(host));
     library_ = platform::path_below(folder, platform::library_file_name("cfagent"));
@@ -76,7 +76,7 @@ class host_examination {
     return is_there && host.executable && has_library;
   }
 
-  // True if there are others who may write what decides what is run.
+  // True if others may write a file that decides what is run.
   bool look_at_writers() {
     std::vector<std::string> parts;
     for (const std::string& path : decisive_) {

@@ -78,7 +78,7 @@ class checker {
     }
   }
 
-  // A value and the white space behind it.
+  // A value and the white space after it.
   bool value(int depth) {
     if (mark('{')) return container('}', true, depth + 1);
     if (mark('[')) return container(']', false, depth + 1);

@@ -6,10 +6,10 @@
 
 namespace {
 
-// A host ends within a second of its input; a slow machine gets some more.
+// A host ends within a second after its input; a slow machine gets more time.
 constexpr std::chrono::seconds timeout{5};
 
-// How long its output is waited for before the host itself is looked at.
+// How long to wait for its output before checking on the host itself.
 constexpr std::chrono::milliseconds read_step{10};
 
 // More than a pipe takes while nobody reads from it.
@@ -42,8 +42,8 @@ live_start start_host(const std::string& path, const std::vector<std::string>& a
   const std::string input = idle_input();
   result.took_input = host->write(input.data(), input.size(), time_left());
   host->close_input();
-  // What it has to say is taken, lest a full pipe hold it up, but not without end. Nor up to the
-  // end of the output: an agent that it has started may hold that long after the host is gone.
+  // Reads the host's output, so that a full pipe can't block it, but not for ever and not to the
+  // end of the output: an agent that it has started may keep that open long after the host is gone.
   char bytes[4096];
   do {
     const auto count = host->read(bytes, sizeof bytes, std::min(time_left(), read_step));

@@ -140,7 +140,7 @@ std::vector<manifest_fault> faults_of(const manifest& judged, id_form form) {
 }
 
 bool is_utf8(const std::string& text) {
-  // Only malformed text comes back as another.
+  // Only malformed text changes when it is converted there and back.
   wide_string wide;
   std::string again;
   return utf8_to_wide(wide, text.data(), static_cast<std::uint32_t>(text.size())) &&

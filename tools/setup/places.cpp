@@ -35,7 +35,7 @@ std::vector<const browser*> chosen_browsers(const setup_options& options) {
   if (!options.browsers.empty()) return options.browsers;
   if (!options.user_data.empty()) return {find_browser("chromium")};
   std::vector<const browser*> found;
-  // What shares a registry key can't be told apart by its traces, which are keys too.
+  // Browsers that share a registry key can't be told apart by their traces, which are keys too.
   std::set<std::string> keys;
   for (const browser& each : all_browsers()) {
     if (!is_here(each, options)) continue;

@@ -6,15 +6,16 @@
 
 #include "tools/setup/setup_options.h"
 
-// The browsers that the options name, or else those that are found on this system; none if the
-// options name none and none is found.
+// The browsers that the options name, or else those found on this system; none if neither gives
+// any.
 std::vector<const browser*> chosen_browsers(const setup_options& options);
 
-// Where the browser's manifest goes; its file is empty, with the reason in `error`, where it can't.
+// Where the browser's manifest goes. If it can't go anywhere, the file is empty and the reason is
+// in `error`.
 platform::manifest_place chosen_place(const browser& chosen, const setup_options& options,
                                       platform::registration_scope scope, std::string& error);
 
-// Other browsers that look at the same place.
+// The other browsers that look at the same place.
 std::vector<const browser*> sharers_of(const browser& chosen, const setup_options& options,
                                        platform::registration_scope scope);
 

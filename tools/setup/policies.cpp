@@ -16,7 +16,7 @@ using platform::registration_scope;
 
 constexpr std::size_t max_policy_size = std::size_t{1} << 20;
 
-// A value of a policy, and who has decided it.
+// A value of a policy, and where it was decided.
 struct decision {
   std::vector<std::string> values;
   std::string where;
@@ -26,7 +26,7 @@ struct decision {
   }
 };
 
-// A text as a tree, which lives as long as this.
+// A parsed text; the tree lives as long as this object.
 class document {
  public:
   document(const std::string& text, const json_leniency& leniency)
@@ -59,7 +59,8 @@ std::string content(const std::string& path) {
   return platform::read_file(path, max_policy_size, text, ignored) ? text : std::string();
 }
 
-// What a policy of the kind that Chromium expects says; nothing for another kind, which it ignores.
+// The values of a policy of the kind that Chromium expects; nothing for another kind, which
+// Chromium ignores.
 std::optional<std::vector<std::string>> values_of(const json_node& policy, json_kind kind) {
   if (policy.kind != kind) return std::nullopt;
   if (kind == kind_bool) return std::vector<std::string>{policy.value.boolean != 0 ? "1" : "0"};
@@ -70,7 +71,7 @@ std::optional<std::vector<std::string>> values_of(const json_node& policy, json_
   return values;
 }
 
-// The last file that knows the policy counts, and the machine more than the user.
+// The last file with the policy decides, and the machine overrides the user.
 decision decision_on(const char* policy, json_kind kind, const browser& about,
                      const setup_options& options) {
   decision found;
@@ -87,7 +88,7 @@ decision decision_on(const char* policy, json_kind kind, const browser& about,
   return found;
 }
 
-// Firefox reads the first of its files that is there.
+// Firefox reads only the first of its files that exists.
 decision extension_settings(const browser& about, const setup_options& options) {
   for (const auto scope : {registration_scope::system, registration_scope::user}) {
     const auto value = platform::policy_in_registry(about.places, scope, "ExtensionSettings");
@@ -128,7 +129,7 @@ std::string extension_blocked(const browser& about, const setup_options& options
   const decision settings = extension_settings(about, options);
   if (settings.values.empty()) return {};
   const document policies(settings.values.front(), firefox_json);
-  // The registry has the one policy, a file all of them.
+  // The registry has this policy alone, a file has all of them.
   const json_node* const all = member(policies.root(), "policies");
   const json_node* const own = all == nullptr ? policies.root() : member(all, "ExtensionSettings");
   return is_blocked(own, id) ? settings.where : std::string();

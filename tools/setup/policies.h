@@ -7,14 +7,14 @@
 #include "tools/setup/setup_options.h"
 
 struct policy_findings {
-  std::string blocks_host;         // where it is decided: a file or a registry key; or empty
-  std::string forbids_user_hosts;  // likewise: the browser takes no manifest of a user's
+  std::string blocks_host;         // the file or registry key that decides it, or empty
+  std::string forbids_user_hosts;  // likewise: the browser ignores users' own manifests
 };
 
-// The last word of what the browser's policies say about hosts; that it has none of its own lets it
-// do everything.
+// What the browser's policies finally say about hosts. A browser without policies may do
+// everything.
 policy_findings host_policies(const browser& about, const setup_options& options);
 
-// Where it is decided that the browser doesn't let the extension be there; empty if it isn't.
+// The file or registry key that blocks the extension in the browser; empty if none does.
 std::string extension_blocked(const browser& about, const setup_options& options,
                               const std::string& id);

@@ -1,4 +1,4 @@
-// What stands at a place already.
+// Finds what a place holds already.
 #pragma once
 
 #include <optional>
@@ -20,7 +20,7 @@ struct present_manifest {
 
 present_manifest look_at_present(const platform::manifest_place& place, id_form form);
 
-// Whether the manifest has the browser start the host, be it through a recorder.
+// Whether the manifest makes the browser start the host, directly or through a recorder.
 bool starts_host(const present_manifest& present, const std::string& host);
 
 // Whether both paths lead to the same program.

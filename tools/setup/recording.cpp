@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In one step: a copy that a browser has started just now stays what it is.
+// In one step: a copy that a browser has just started stays as it is.
 bool copy_program(const std::string& from, const std::string& to, std::string& error) {
   std::error_code failure;
   const std::string temporary = to + ".new";

@@ -1,4 +1,4 @@
-// Puts the host's manifests where browsers look for them, and takes them back.
+// Puts the host's manifests where browsers look for them, and removes them.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 #include "tools/report.h"
 #include "tools/setup/setup_options.h"
 
-// Each does its work on all chosen browsers, as far as it goes, and enters each into the report.
-// `host` is the host to register, or the one whose registrations go. The manifests name `program`,
-// which is the host itself or a recorder that stands before it.
+// Each handles all chosen browsers as far as possible and reports on every one of them. `host` is
+// the host to register, or the one whose registrations are removed. The manifests name `program`,
+// which is the host itself or a recorder in front of it.
 void install(const setup_options& options, const std::string& program, const std::string& host,
              report& out);
 void remove(const setup_options& options, const std::string& host, report& out);

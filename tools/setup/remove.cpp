@@ -12,7 +12,7 @@ namespace {
 
 using platform::manifest_place;
 
-// Browsers that are on this system, not chosen, and would lose their registration with this one.
+// Browsers on this system that weren't chosen but would lose their registration too.
 std::vector<const browser*> losers(const browser& from, const setup_options& options) {
   std::vector<const browser*> others;
   for (const browser* const each : sharers_of(from, options, scope_of(options))) {
@@ -48,7 +48,7 @@ report_entry remove_at(const manifest_place& place, const browser& from,
     return {from.title, severity::note, "would-remove", "would remove " + shown(place), {}};
   }
   std::string error;
-  // The registry first: a key that names no file is the worse half.
+  // The registry first: a key that names no file is worse than a file that no key names.
   if (!platform::remove_registration(place, error) || !platform::remove_file(place.file, error) ||
       (options.flatpak && !platform::remove_file(flatpak_script_path(from, options), error))) {
     return unable(from, "remove-failed", error, options);
@@ -80,7 +80,7 @@ void remove(const setup_options& options, const std::string& host, report& out) 
   for (const browser* const each : browsers) {
     std::string error;
     const manifest_place place = chosen_place(*each, options, scope_of(options), error);
-    // One place may be that of several browsers.
+    // Several browsers may share one place.
     const bool is_new = places.insert(place.file + '\n' + place.key).second;
     if (is_new || place.file.empty()) remove_one(*each, options, host, out);
   }

@@ -1,4 +1,4 @@
-// What the doctor can put right by itself.
+// What the doctor can repair by itself.
 #pragma once
 
 #include <functional>
@@ -10,15 +10,15 @@
 struct repair {
   const char* browser = "";          // its title
   std::string text;                  // "run cfsetup install ...", for people
-  std::function<void(report&)> run;  // enters what it does
+  std::function<void(report&)> run;  // reports what it does
 };
 
 class repair_list {
  public:
-  // What is there already isn't added again.
+  // Adds a repair unless the same one is there already.
   void add(repair added);
 
-  // Enters what would be done, or does it and enters that.
+  // Reports what would be done, or does it and reports that.
   void tell(report& out) const;
   void run(report& out) const;
 

@@ -11,13 +11,13 @@ namespace {
 
 enum class sandbox_kind { none, flatpak, snap };
 
-// What starts hosts for a browser in a sandbox, by the manifests of one outside.
+// A helper that starts hosts for a browser in a sandbox, using the manifests outside it.
 struct helper_findings {
-  bool is_known = false;       // the browser can make use of one
+  bool is_known = false;       // the browser can use one
   bool is_there = false;       // on this system
-  const char* package = "";    // that has it
+  const char* package = "";    // the one that contains it
   const char* condition = "";  // what else it needs, for people
-  std::string forbidden;       // the file with the setting that turns its use off, if there is one
+  std::string forbidden;       // the file that turns its use off, if any
 };
 
 constexpr std::size_t max_program_size = std::size_t{16} << 20;
@@ -28,8 +28,8 @@ bool holds(const std::string& path, std::string_view part) {
          text.find(part) != std::string::npos;
 }
 
-// Distributions that have Firefox as a Snap add the interface to their portal; its program knows it
-// by name then.
+// Distributions that ship Firefox as a Snap add the interface to their portal; its program then
+// contains the interface's name.
 bool has_portal(const setup_options& options) {
   for (const char* const path :
        {"/usr/libexec/xdg-desktop-portal", "/usr/lib/xdg-desktop-portal"}) {
@@ -47,7 +47,7 @@ bool has_proxy(const setup_options& options) {
   return platform::look_at(platform::path_in_system(service, options.root)).exists;
 }
 
-// The file of a profile in which the user has turned the use of the helper off.
+// The file of a profile in which the user has turned off the use of the helper.
 std::string find_setting(const std::string& profiles) {
   constexpr std::string_view off = "\"widget.use-xdg-desktop-portal.native-messaging\", 0)";
   std::error_code error;

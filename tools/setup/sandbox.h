@@ -1,4 +1,4 @@
-// Browsers that come as a Flatpak or Snap, whose sandbox keeps them from starting programs.
+// Browsers installed as a Flatpak or Snap, whose sandbox keeps them from starting programs.
 #pragma once
 
 #include <optional>
@@ -8,10 +8,10 @@
 
 struct sandbox_verdict {
   std::optional<report_entry> entry;
-  // The manifest that counts is the one inside of the Flatpak.
+  // The manifest that counts is the one inside the Flatpak.
   bool is_inside_flatpak = false;
 };
 
-// Where the browser is installed in the ordinary way too, nobody knows which is meant: then what
-// the sandbox does is a warning.
+// If the browser is also installed in the ordinary way, it isn't known which one is meant; then the
+// sandbox is only a warning.
 sandbox_verdict judge_sandbox(const browser& about, const setup_options& options);

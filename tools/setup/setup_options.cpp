@@ -9,13 +9,14 @@
 namespace {
 
 constexpr char description[] =
-    "Registers the native-messaging host with browsers, and finds out why one doesn't start it.";
+    "Registers the native-messaging host with browsers, and finds out why a browser doesn't start "
+    "it.";
 
 constexpr char footer[] =
     R"(cfsetup COMMAND --help shows the options of a command.
 
-Exit value: 0 when all is well, 1 when something failed or the doctor found a fault (warnings don't
-count), 2 when the arguments can't be used.
+Exit value: 0 if all is well, 1 if something failed or the doctor found a fault (warnings don't
+count), 2 if the arguments are wrong.
 
 Example: cfsetup install --browser chromium --extension-id abcdefghijklmnopabcdefghijklmnop)";
 
@@ -38,7 +39,7 @@ void add_id(const std::string& id, setup_options& options) {
   (*form == id_form::chromium ? options.chromium_ids : options.firefox_ids).push_back(id);
 }
 
-// An option that may be repeated, each value of which goes through `take`.
+// An option that may be repeated; each of its values goes through `take`.
 CLI::Option* add_each(CLI::App& to, const char* name, const char* value, const char* text,
                       std::function<void(const std::string&)> take) {
   return to
@@ -65,7 +66,7 @@ void add_ids(CLI::App& to, setup_options& options, const char* text) {
            [&options](const std::string& id) { add_id(id, options); });
 }
 
-// What says where manifests are, for all commands.
+// The options of all commands that say where manifests are.
 void add_places(CLI::App& to, setup_options& options) {
   add_each(to, "--browser", "NAME",
            "One of those below, or all; may be repeated (default: those "
@@ -73,9 +74,9 @@ void add_places(CLI::App& to, setup_options& options) {
            [&options](const std::string& name) { add_browser(name, options); });
   CLI::Option* const user_data = add_path(
       to, "--user-data-dir", "DIR", options.user_data,
-      "The browser is started with this folder for its data (not on\nWindows, not Firefox)");
+      "The browser is started with this folder for its data (not on\nWindows, not for Firefox)");
   CLI::Option* const folder = add_path(to, "--manifest-dir", "DIR", options.manifest_dir,
-                                       "The manifests of a browser that isn't listed lie there");
+                                       "Where a browser that isn't listed looks for manifests");
   to.add_option_function<std::string>(
         "--form",
         [&options](const std::string& form) {
@@ -84,7 +85,7 @@ void add_places(CLI::App& to, setup_options& options) {
           options.browsers = {
               &unlisted_browser(is_chromium ? id_form::chromium : id_form::firefox)};
         },
-        "What their form is: chromium or firefox")
+        "The form of those manifests: chromium or firefox")
       ->type_name("FORM")
       ->needs(folder);
   folder->needs("--form")->excludes("--browser")->excludes(user_data);
@@ -92,7 +93,7 @@ void add_places(CLI::App& to, setup_options& options) {
       ->excludes(user_data)
       ->excludes(folder);
   add_path(to, "--root", "DIR", options.root,
-           "Look at, and change, the system below DIR (not on Windows)");
+           "Examine and change the system below DIR (not on Windows)");
   to.add_flag("--json", options.json, "Report in JSON");
   to.footer("Browsers: " + browser_names() + ".");
 }
@@ -116,34 +117,37 @@ void add_changes(CLI::App& to, setup_options& options) {
   add_scope(to, options);
   add_path(to, "--host", "PATH", options.host,
            "The host (default: cfhost beside cfsetup, or ../libexec/cfhost/cfhost)");
-  to.add_flag("--force", options.force, "Also what another host has registered");
-  to.add_flag("--dry-run", options.dry_run, "Only tell what would be written or removed");
+  to.add_flag("--force", options.force,
+              "Also replace or remove manifests that name another host or are shared");
+  to.add_flag("--dry-run", options.dry_run, "Only say what would be written or removed");
 }
 
-// Captures belong to who makes them.
+// Captures belong to the user who makes them.
 void add_recording(CLI::App& to, setup_options& options) {
   CLI::Option* const record =
       add_path(to, "--record", "DIR", options.record,
-               "Register a recorder before the host, which keeps captures in DIR, without\n"
-               "values of inputs and settings; install without it to end that");
+               "Record what browser and host say to each other in DIR, without the values of\n"
+               "inputs and settings; install without this option to end it");
   record->excludes("--system");
-  to.add_flag("--with-values", options.with_values, "Let it keep them too, passwords among them")
+  to.add_flag("--with-values", options.with_values, "Record those values too, passwords included")
       ->needs(record);
 }
 
 void add_install(CLI::App& app, setup_options& options) {
-  CLI::App& install = add_command(app, "install", setup_command::install,
-                                  "Let extensions, and no others, start the host", options);
+  CLI::App& install =
+      add_command(app, "install", setup_command::install,
+                  "Let the given extensions, and no others, start the host", options);
   add_ids(
       install, options,
       "32 letters from a to p; for Firefox name@domain or a {GUID}. Each\nbrowser takes the ids "
       "of its own form; may be repeated");
-  add_each(install, "--add-extension-id", "ID", "The same, beside those that are let in already",
+  add_each(install, "--add-extension-id", "ID",
+           "The same, in addition to the extensions already allowed",
            [&options](const std::string& id) {
              add_id(id, options);
              options.keep_ids = true;
            });
-  install.add_flag("--keep-ids", options.keep_ids, "Let those in that are let in already");
+  install.add_flag("--keep-ids", options.keep_ids, "Keep the extensions that are already allowed");
   add_changes(install, options);
   add_recording(install, options);
 }
@@ -152,15 +156,15 @@ void add_doctor(CLI::App& app, setup_options& options) {
   CLI::App& doctor = add_command(
       app, "doctor", setup_command::doctor,
       "Examine every registration, start the host as the browser would, and say\nwhat is wrong and "
-      "what to do",
+      "what to do about it",
       options);
-  add_ids(doctor, options, "Whether this extension may start the host; may be repeated");
+  add_ids(doctor, options, "Check that this extension may start the host; may be repeated");
   CLI::Option* const fix =
-      doctor.add_flag("--fix", options.fix, "Do what it advises, as far as that is safe");
-  doctor.add_flag("--dry-run", options.dry_run, "Only tell what --fix would do")->needs(fix);
+      doctor.add_flag("--fix", options.fix, "Do what the doctor advises, as far as that is safe");
+  doctor.add_flag("--dry-run", options.dry_run, "Only say what --fix would do")->needs(fix);
 }
 
-// What no option tells by itself.
+// What can't be said of one option alone.
 void check_together(const setup_options& options) {
   if (options.command == setup_command::install && !options.keep_ids &&
       options.chromium_ids.empty() && options.firefox_ids.empty()) {
@@ -169,7 +173,7 @@ void check_together(const setup_options& options) {
   if (options.user_data.empty()) return;
   if (options.browsers.size() > 1) refuse_value("--user-data-dir is for one browser");
   if (!options.browsers.empty() && options.browsers.front()->ids == id_form::firefox) {
-    refuse_value("--user-data-dir: browsers of Firefox's kind look for no manifests there");
+    refuse_value("--user-data-dir: Firefox and related browsers don't look for manifests there");
   }
 }
 
@@ -182,7 +186,7 @@ std::optional<int> parse_cfsetup_options(int argc, char** argv, setup_options& o
   app.footer(footer);
   add_install(app, options);
   CLI::App& remove =
-      add_command(app, "remove", setup_command::remove, "Take the registration back", options);
+      add_command(app, "remove", setup_command::remove, "Undo the registration", options);
   add_changes(remove, options);
   add_command(app, "list", setup_command::list, "Show where the host is registered", options);
   add_doctor(app, options);

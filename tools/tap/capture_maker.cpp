@@ -8,16 +8,16 @@
 
 namespace {
 
-// What browsers take of a host; another one may send more at a time than ours.
+// The limit that browsers set for a host; other hosts may send larger frames than ours.
 constexpr std::size_t max_host_envelope = 1 << 20;
 
-// Longer than any extension's or host's. They are kept while a message is unfinished.
+// Longer than the ids of any extension or host. Ids are kept while a message is unfinished.
 constexpr std::size_t max_id = 1024;
 
-// A message has frames of few sizes. Those beyond are counted with the last one.
+// The frames of a message have few sizes. Further sizes are counted with the last one.
 constexpr std::size_t max_runs = 64;
 
-// Without the joiner's own words, which quote the sender's.
+// Not the joiner's own message, which quotes the sender's text.
 constexpr char refused[] = "a piece out of order, or too much that is unfinished";
 
 void add_frame(std::vector<frame_run>& runs, std::uint64_t size) {
@@ -70,7 +70,7 @@ std::string capture_maker::finish(capture_time time) {
   return leftovers(false, time) + leftovers(true, time);
 }
 
-// The way that a frame goes is known here; its envelope may claim another.
+// The direction of a frame is known here; its envelope may claim another one.
 std::string capture_maker::take_frame(bool from_host, const std::string& envelope,
                                       capture_time time) {
   parsed_envelope e;

@@ -1,4 +1,4 @@
-// Makes the lines of a capture out of the bytes that go by.
+// Makes the lines of a capture from the bytes that pass.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@ class capture_maker {
  public:
   explicit capture_maker(bool with_values);
 
-  // The lines, each with its end, of what is complete with these bytes.
+  // The lines, each with its end, for everything that these bytes complete.
   std::string take(bool from_host, std::string_view bytes, capture_time time);
 
-  // Bytes of a direction were lost, so nothing of it can be read from here on.
+  // Bytes of a direction were lost, so the rest of that direction can't be read.
   void lose(bool from_host, std::uint64_t bytes, const std::string& reason);
 
-  // The lines that tell of bytes and messages which were never complete.
+  // The lines about bytes and messages that were never complete.
   std::string finish(capture_time time);
 
  private:
@@ -30,9 +30,9 @@ class capture_maker {
 
     frame_splitter splitter;
     std::map<std::string, std::vector<frame_run>> open;  // frames of unfinished messages, by id
-    std::uint64_t came = 0;                              // bytes in all
+    std::uint64_t came = 0;                              // bytes seen in all
     std::uint64_t read = 0;                              // bytes of frames that were whole
-    std::string loss;                                    // why it is read no more
+    std::string loss;                                    // why it isn't read any more
   };
 
   direction& side(bool from_host) { return from_host ? from_host_ : from_browser_; }

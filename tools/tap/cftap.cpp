@@ -1,4 +1,4 @@
-// Stands between a browser and the host, and keeps a capture of what goes by.
+// Runs between a browser and the host, and keeps a capture of what passes.
 
 #include <chrono>
 #include <cstdio>
@@ -18,28 +18,29 @@
 
 namespace {
 
-// What no host ends with.
+// No host ends with this value.
 constexpr int exit_no_host = 125;
 
 constexpr const char* usage =
     R"(Usage: cftap [ARGUMENT...]
 Stands between a browser and the native-messaging host: starts the host with the same arguments,
-hands all bytes on unchanged, and keeps a capture of them in its own folder. A browser starts it
+passes all bytes on unchanged, and keeps a capture of them in its own folder. A browser starts it
 after "cfsetup install --record FOLDER", which puts a copy of it into FOLDER.
 
-The file cftap.json beside it holds one object with these members, each of which may be absent:
+The file cftap.json beside it holds one object. All its members are optional:
 
   "host"         the host to start (default: cfhost beside cftap, or ../libexec/cfhost/cfhost)
-  "with_values"  true: keep values of inputs and settings, passwords among them; otherwise a mark
-                 of its length takes the place of each, and addresses lose query and fragment
-  "limit_mib"    how large a capture may get, 1 to 4096 (default: 64)
+  "with_values"  true: keep the values of inputs and settings, passwords included; otherwise each
+                 is replaced by a mark of its length, and addresses lose query and fragment
+  "limit_mib"    how large a capture may get in MiB, 1 to 4096 (default: 64)
 
 Without that file nothing is recorded. cfext --decode shows a capture, cfext --replay plays it.
 
   --help         show this text, if it is the only argument
-  --version      show the version, likewise
+  --version      show the version, if it is the only argument
 
-Exit value: the host's, 128 and the number if a signal ended it; 125 when there is no host to start.
+Exit value: the host's; 128 plus the signal's number if a signal ended it; 125 if the host can't be
+started.
 )";
 
 void complain(const std::string& what) { std::fprintf(stderr, "cftap: %s\n", what.c_str()); }

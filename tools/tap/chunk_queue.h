@@ -1,4 +1,4 @@
-// Bytes on their way from those who hand them on to the one who records them.
+// Bytes on their way from the threads that relay them to the thread that records them.
 #pragma once
 
 #include <condition_variable>
@@ -21,19 +21,20 @@ struct traffic_chunk {
 
 class chunk_queue {
  public:
-  // What may wait, in bytes; more than a browser sends in one message.
+  // The most that may wait, in bytes; more than a browser sends in one message.
   explicit chunk_queue(std::size_t capacity) : capacity_(capacity) {}
 
-  // Never waits for a reader. Any thread.
+  // Never waits for the reader. Any thread.
   void put(bool from_host, std::string_view bytes);
 
-  // Waits for the next one; false when the queue is closed and empty.
+  // Waits for the next chunk; false once the queue is closed and empty.
   bool get(traffic_chunk& next);
 
-  // Nothing that comes from now on is taken; what waits still is to be had.
+  // Takes nothing more; what is waiting can still be read.
   void close();
 
-  // The same, but what comes is not missed, and what waits is thrown away; not the end.
+  // Takes nothing more and reports no loss, and drops what is waiting. The reader goes on waiting
+  // until `close`.
   void refuse();
 
  private:

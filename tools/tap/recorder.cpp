@@ -10,20 +10,20 @@
 
 namespace {
 
-// As much as a capture holds by default. A disk that is further behind won't catch up.
+// As much as a capture holds by default. A disk that falls further behind won't catch up.
 constexpr std::size_t queue_capacity = std::size_t{64} * 1024 * 1024;
 
-// What the last line takes.
+// Reserved for the last line.
 constexpr std::size_t end_reserve = 1024;
 
-// A browser ends a host by force that isn't gone two seconds after its input, and the host itself
-// may take one of them.
+// A browser kills a host that is still there two seconds after its input has ended, and the host
+// itself may take one of them.
 constexpr std::chrono::milliseconds finish_timeout{900};
 
-// Recordings that begin in the same microsecond.
+// The most recordings that may begin in the same microsecond.
 constexpr int most_names = 100;
 
-// Fit for a file's name on every system.
+// A file name that every system accepts.
 std::string name_of(const std::string& time, int attempt) {
   std::string name = "capture-";
   for (const char c : time) {
@@ -69,7 +69,7 @@ void recorder::run() {
   changed_.notify_all();
 }
 
-// Here and not at the start: even making a file may take its time.
+// Here and not at the start, since even creating a file may take time.
 bool recorder::open() {
   std::string error;
   bool exists = true;
@@ -90,7 +90,7 @@ void recorder::record(const traffic_chunk& chunk) {
   }
 }
 
-// Whole lines, as far as there is room for them.
+// Writes whole lines, as long as there is room for them.
 void recorder::write(std::string_view lines) {
   if (!stopped_.empty()) return;
   const std::size_t room = limit_ - end_reserve - written_;

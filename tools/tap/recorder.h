@@ -1,5 +1,5 @@
-// Keeps a capture of what goes by, on a thread of its own: whoever brings bytes never waits for it,
-// nor for a disk. What goes wrong ends the record and nothing else.
+// Keeps a capture of what passes, on a thread of its own: callers never wait for it, nor for a
+// disk. If anything goes wrong, only the recording ends.
 #pragma once
 
 #include <condition_variable>
@@ -18,17 +18,18 @@
 
 class recorder {
  public:
-  // Starts a new capture in `folder` with the item `start`, which tells what is recorded. The file
-  // gets `limit` bytes at the most. What goes wrong is told on standard error.
+  // Starts a new capture in `folder` with the item `start`, which says what is recorded. The file
+  // gets at most `limit` bytes. Problems are reported on standard error.
   recorder(std::string folder, capture_item start, std::size_t limit);
   ~recorder();
   recorder(const recorder&) = delete;
   recorder& operator=(const recorder&) = delete;
 
-  // Notes bytes that have been handed on. Any thread.
+  // Records bytes that have been passed on. Any thread.
   void take(bool from_host, std::string_view bytes) { queue_.put(from_host, bytes); }
 
-  // Ends the capture, once. Gives up on a slow disk before long, with what was written until then.
+  // Ends the capture; called once. If the disk is slow it soon gives up, and keeps what was written
+  // until then.
   void finish(std::optional<int> exit_value);
 
  private:
@@ -44,11 +45,11 @@ class recorder {
   const std::size_t limit_;
   chunk_queue queue_;
 
-  // The thread's own.
+  // Used by the recorder's thread only.
   capture_maker maker_;
   std::unique_ptr<platform::private_file> file_;
   std::size_t written_ = 0;
-  std::string stopped_;  // why the record ended before the traffic
+  std::string stopped_;  // why the recording ended before the traffic
 
   checked_mutex mutex_;
   std::condition_variable changed_;

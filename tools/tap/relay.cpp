@@ -12,20 +12,20 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What a pipe holds.
+// The capacity of a pipe.
 constexpr std::size_t block_size = std::size_t{64} * 1024;
 
-// How often the host itself is looked at: what it has started may keep its output open.
+// How often to check on the host itself: a program that it has started may keep its output open.
 constexpr milliseconds look_step{100};
 
-// The same once there is no output to wait for.
+// The same, once there is no output to wait for.
 constexpr milliseconds end_step{20};
 
 }  // namespace
 
 int relay::run() {
-  // The browser may keep its side open when the host has gone, and nothing ends the wait for it but
-  // the end of this process.
+  // The browser may keep its side open when the host is gone. Then only the end of this process
+  // ends the wait for it.
   std::thread([this] { pass_input(); }).detach();
   return pass_output();
 }
@@ -33,7 +33,8 @@ int relay::run() {
 void relay::pass_input() {
   std::vector<char> block(block_size);
   while (const std::size_t count = platform::read_standard_input(block.data(), block.size())) {
-    // First, or the host's answer might stand before what it answers. It takes no more than a copy.
+    // Recorded first, or the host's answer might come before the request. This takes no longer than
+    // a copy.
     note(false, {block.data(), count});
     if (!host_.write(block.data(), count)) break;
   }

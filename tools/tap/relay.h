@@ -1,4 +1,4 @@
-// Hands the bytes of a browser on to a host, and the host's to the browser, unchanged and at once.
+// Passes the bytes of a browser on to a host, and the host's to the browser, unchanged and at once.
 #pragma once
 
 #include <string_view>
@@ -8,12 +8,12 @@
 
 class relay {
  public:
-  // Both live as long as the process: a thread may be waiting for the browser to the end. Without a
-  // recorder nothing is noted.
+  // Both must exist until the process ends: a thread may still be waiting for the browser then.
+  // Without a recorder nothing is recorded.
   relay(platform::child_process& host, recorder* record) : host_(host), record_(record) {}
 
-  // Works until the host has ended, and gives its exit value. The end of the browser's input is
-  // handed on too, and so is that of a side which takes no more.
+  // Works until the host has ended, and returns its exit value. Also passes on the end of the
+  // browser's input, and the closing of a side that accepts no more.
   int run();
 
  private:

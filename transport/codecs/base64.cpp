@@ -3,15 +3,13 @@
 #include <array>
 #include <cstddef>
 
-#include "transport/codecs/base64_vector.h"
-
 namespace {
 
 constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 constexpr std::uint8_t foreign = 0xFF;
 
-// The six bits of each byte of the alphabet; `foreign` for all others.
+// The value of each character of the alphabet; `foreign` for all other bytes.
 consteval std::array<std::uint8_t, 256> make_values() {
   std::array<std::uint8_t, 256> values{};
   for (auto& value : values) value = foreign;
@@ -22,7 +20,7 @@ constexpr std::array<std::uint8_t, 256> values = make_values();
 
 std::uint8_t value_of(char c) { return values[static_cast<unsigned char>(c)]; }
 
-// Up to four characters' bits, the first one highest.
+// The bits of up to four characters, the first one highest.
 struct group {
   std::uint32_t bits = 0;
   int characters = 0;
@@ -30,10 +28,10 @@ struct group {
   int bytes() const { return characters * 6 / 8; }
 };
 
-// The next group, foreign bytes left out.
+// Takes the next group and skips foreign bytes.
 group take_group(const char*& at, const char* end) {
   group g;
-  // Four characters in a row are the rule; `foreign` shows in the top bits of the union.
+  // Usually four characters stand in a row; `foreign` shows in the top bits of the union.
   if (end - at >= 4) {
     const std::uint8_t a = value_of(at[0]), b = value_of(at[1]);
     const std::uint8_t c = value_of(at[2]), d = value_of(at[3]);
@@ -52,12 +50,13 @@ group take_group(const char*& at, const char* end) {
   return g;
 }
 
-// Decodes into a destination of limited room. Beyond it nothing is written, but still counted.
+// Decodes into a destination of limited room. What doesn't fit is counted but not written.
 class decoder {
  public:
-  decoder(const char* source, const char* end, char* destination, std::int32_t capacity)
+  decoder(const char* source, const char* end, char* destination, std::int32_t capacity, int width)
       : at_(source),
         end_(end),
+        width_(width),
         destination_(destination),
         capacity_(capacity),
         overflow_(destination == nullptr) {}
@@ -75,12 +74,12 @@ class decoder {
 
  private:
   // Decodes by vector code up to a foreign byte. The plain code takes the group with that byte, and
-  // the vector code goes on behind it. Only line breaks make that happen often.
+  // the vector code continues after it. Only line breaks make that happen often.
   void take_run() {
     if (overflow_ || capacity_ < written_) return;
     const base64_progress done =
         base64_decode_vector(at_, static_cast<std::size_t>(end_ - at_), destination_ + written_,
-                             static_cast<std::size_t>(capacity_ - written_));
+                             static_cast<std::size_t>(capacity_ - written_), width_);
     at_ += done.read;
     written_ += static_cast<std::int64_t>(done.written);
   }
@@ -98,6 +97,7 @@ class decoder {
 
   const char* at_;
   const char* const end_;
+  const int width_;
   char* const destination_;
   const std::int64_t capacity_;
   std::int64_t written_ = 0;
@@ -118,12 +118,13 @@ std::int32_t base64_encoded_length(std::int32_t n) {
   return (unpadded + 3) / 4 * 4;
 }
 
-int base64_encode(const char* source, std::int32_t n, char* destination, std::int32_t* length) {
+int base64_encode(const char* source, std::int32_t n, char* destination, std::int32_t* length,
+                  int width) {
   if (destination == nullptr || length == nullptr) return -1;
   if (n < 0 || n > max_base64_input || *length < base64_encoded_length(n)) return -1;
 
   const base64_progress fast =
-      base64_encode_vector(source, static_cast<std::size_t>(n), destination);
+      base64_encode_vector(source, static_cast<std::size_t>(n), destination, width);
   char* out = destination + fast.written;
   const char* at = source + fast.read;
   const char* const whole_end = source + n - n % 3;
@@ -143,9 +144,9 @@ int base64_encode(const char* source, std::int32_t n, char* destination, std::in
 }
 
 int base64_decode(const char* source, char* destination, std::int32_t* length,
-                  const char* source_end) {
+                  const char* source_end, int width) {
   if (length == nullptr) return -1;
-  decoder text(source, source_end, destination, *length);
+  decoder text(source, source_end, destination, *length, width);
   text.run();
   *length = text.written();
   return text.overflow() ? -1 : 0;

@@ -1,16 +1,14 @@
 #include "transport/codecs/base64_vector.h"
 
-#if defined(__x86_64__)
-
-#include <immintrin.h>
-
 #include <algorithm>
-#include <cstring>
+
+#include "platform/portable/vectors.h"
+
+const int base64_vector_width = vector_width();
+
+#if CFHOST_HAS_VECTORS
 
 namespace {
-
-#define CFHOST_SSSE3 [[gnu::target("ssse3")]]
-#define CFHOST_AVX2 [[gnu::target("avx2")]]
 
 CFHOST_SSSE3 inline __m128i load(const char* at) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
@@ -20,11 +18,11 @@ CFHOST_SSSE3 inline void store(char* at, __m128i value) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(at), value);
 }
 
-// The six bits of sixteen characters, and false if one of them is foreign.
+// The values of sixteen characters, and false if one of them is foreign.
 //
-// A character's high half names its range, and with it what has to be added to get its value; only
-// '/' differs from '+' within one half. Its low half names the high halves that it must not occur
-// with, one bit for each: the union of the two lookups shows the foreign characters.
+// The high half of a character names its range, and with it what to add to get its value; only '/'
+// differs from '+' within one half. The low half names the high halves that it must not occur with,
+// one bit for each. A character is foreign if the two lookups have a bit in common.
 CFHOST_SSSE3 inline __m128i forbidden_by_low() {
   return _mm_setr_epi8(0x15, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x13, 0x1A, 0x1B,
                        0x1B, 0x1B, 0x1A);
@@ -55,7 +53,7 @@ CFHOST_SSSE3 inline __m128i order_of_joined() {
   return _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1);
 }
 
-// Joins each four values of six bits to three bytes; the last four bytes of the result are zero.
+// Joins every four six-bit values to three bytes; the last four bytes of the result are zero.
 CFHOST_SSSE3 inline __m128i join_six_bits(__m128i values) {
   const __m128i pairs = _mm_maddubs_epi16(values, _mm_set1_epi32(0x01400140));
   const __m128i groups = _mm_madd_epi16(pairs, _mm_set1_epi32(0x00011000));
@@ -75,12 +73,12 @@ CFHOST_SSSE3 base64_progress decode(const char* source, std::size_t size, char* 
 }
 
 // Each lane gets the bytes b a c b of its group a b c, so that two multiplications can shift the
-// four values to their places.
+// four values into place.
 CFHOST_SSSE3 inline __m128i order_of_split() {
   return _mm_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10);
 }
 
-// The sixteen values of six bits in lanes of that order.
+// The sixteen six-bit values in lanes of that order.
 CFHOST_SSSE3 inline __m128i split_lanes(__m128i lanes) {
   const __m128i first_and_third =
       _mm_mulhi_epu16(_mm_and_si128(lanes, _mm_set1_epi32(0x0FC0FC00)), _mm_set1_epi32(0x04000040));
@@ -89,8 +87,8 @@ CFHOST_SSSE3 inline __m128i split_lanes(__m128i lanes) {
   return _mm_or_si128(first_and_third, second_and_fourth);
 }
 
-// What the values of one range differ from their characters by: 0 stands for the range of 0 to 25,
-// 1 for 26 to 51, and 2 to 13 for 52 to 63.
+// The difference between a range's characters and their values. Index 0 is for values 0 to 25, 1
+// for 26 to 51, and 2 to 13 are for 52 to 63.
 CFHOST_SSSE3 inline __m128i offset_of_range() {
   return _mm_setr_epi8('A', 'a' - 26, '0' - 52, '0' - 52, '0' - 52, '0' - 52, '0' - 52, '0' - 52,
                        '0' - 52, '0' - 52, '0' - 52, '0' - 52, '+' - 62, '/' - 63, 0, 0);
@@ -110,8 +108,8 @@ CFHOST_SSSE3 base64_progress encode(const char* source, std::size_t size, char* 
     store(destination + done.written,
           characters_of(split_lanes(_mm_shuffle_epi8(load(source + done.read), order_of_split()))));
   }
-  // What is left is shorter than a load. It is taken from the end of one, with some bytes in front
-  // that are encoded once more, and give the same characters.
+  // What is left is shorter than a load. So a whole load that ends there is encoded; the bytes
+  // before it that are encoded again give the same characters.
   const __m128i order = _mm_add_epi8(order_of_split(), _mm_set1_epi8(4));
   const std::size_t whole = size / 3 * 3;
   while (done.read < whole) {
@@ -123,6 +121,8 @@ CFHOST_SSSE3 base64_progress encode(const char* source, std::size_t size, char* 
   }
   return done;
 }
+
+#if CFHOST_HAS_AVX2
 
 // The same steps on two halves of sixteen bytes at once; every instruction works within its half.
 
@@ -141,8 +141,7 @@ CFHOST_AVX2 inline bool six_bits(__m256i characters, __m256i& values) {
   return _mm256_testz_si256(foreign, foreign) != 0;
 }
 
-// The twelve bytes of each half, one behind the other; the last eight bytes of the result are
-// foreign.
+// The twelve bytes of each half, one after the other; the last eight bytes of the result are zero.
 CFHOST_AVX2 inline __m256i join_six_bits(__m256i values) {
   const __m256i pairs = _mm256_maddubs_epi16(values, _mm256_set1_epi32(0x01400140));
   const __m256i groups = _mm256_madd_epi16(pairs, _mm256_set1_epi32(0x00011000));
@@ -193,44 +192,41 @@ CFHOST_AVX2 base64_progress encode_wide(const char* source, std::size_t size, ch
   return done;
 }
 
-#undef CFHOST_SSSE3
-#undef CFHOST_AVX2
+#else
 
-// A shorter text isn't worth the wide registers.
+base64_progress decode_wide(const char*, std::size_t, char*, std::size_t) { return {}; }
+
+base64_progress encode_wide(const char*, std::size_t, char*) { return {}; }
+
+#endif
+
+// The wide registers aren't worth it for a shorter text.
 constexpr std::size_t shortest_wide = 64;
 
 }  // namespace
 
-// The baseline of the architecture lacks the byte shuffle.
-int base64_vector_width = __builtin_cpu_supports("avx2")    ? 32
-                          : __builtin_cpu_supports("ssse3") ? 16
-                                                            : 0;
-
 base64_progress base64_decode_vector(const char* source, std::size_t size, char* destination,
-                                     std::size_t room) {
-  if (base64_vector_width == 0) return {};
+                                     std::size_t room, int width) {
+  if (width == 0) return {};
   base64_progress done;
-  if (base64_vector_width == 32 && size >= shortest_wide) {
-    done = decode_wide(source, size, destination, room);
-  }
+  if (width == 32 && size >= shortest_wide) done = decode_wide(source, size, destination, room);
   return decode(source, size, destination, room, done);
 }
 
-base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination) {
-  if (base64_vector_width == 0) return {};
+base64_progress base64_encode_vector(const char* source, std::size_t size, char* destination,
+                                     int width) {
+  if (width == 0) return {};
   base64_progress done;
-  if (base64_vector_width == 32 && size >= shortest_wide) {
-    done = encode_wide(source, size, destination);
-  }
+  if (width == 32 && size >= shortest_wide) done = encode_wide(source, size, destination);
   return encode(source, size, destination, done);
 }
 
 #else
 
-int base64_vector_width = 0;
+base64_progress base64_decode_vector(const char*, std::size_t, char*, std::size_t, int) {
+  return {};
+}
 
-base64_progress base64_decode_vector(const char*, std::size_t, char*, std::size_t) { return {}; }
-
-base64_progress base64_encode_vector(const char*, std::size_t, char*) { return {}; }
+base64_progress base64_encode_vector(const char*, std::size_t, char*, int) { return {}; }
 
 #endif

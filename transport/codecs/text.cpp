@@ -17,15 +17,15 @@ std::uint32_t length_to_nul(const char* text, std::uint32_t length) {
   return static_cast<std::uint32_t>(static_cast<const char*>(nul) - text);
 }
 
-// Wide results come from a text without NUL.
+// A wide result comes from a text that was cut at its NUL already.
 void assign_to_nul(wide_string& out, wide_view result) { out.assign(result); }
 
 void assign_to_nul(std::string& out, std::string_view result) {
   out.assign(result.substr(0, result.find('\0')));
 }
 
-// Runs `convert` into a buffer of `room` elements, the longest that its result can be, and assigns
-// what it made up to the first NUL.
+// Runs `convert` into a buffer of `room` elements, which is enough for any result, and assigns the
+// result up to its first NUL.
 template <class Element, class Source, class Convert>
 bool convert_text(std::basic_string<Element>& out, const Source* text, std::uint32_t length,
                   std::size_t room, Convert convert) {
@@ -49,8 +49,8 @@ bool convert_text(std::basic_string<Element>& out, const Source* text, std::uint
 
 }  // namespace
 
-// The text is cut at its NUL before the conversion, which gives the same result: no UTF-8 sequence
-// goes across a NUL, and bytes are searched faster than units.
+// The text is cut at its NUL before the conversion. The result is the same, since no UTF-8 sequence
+// contains a NUL, and bytes are searched faster than units.
 bool utf8_to_wide(wide_string& out, const char* text, std::uint32_t length) {
   if (text != nullptr) length = length_to_nul(text, length);
   return convert_text(out, text, length, length, platform::utf8_to_utf16);

@@ -7,9 +7,9 @@
 #include "platform/wide.h"
 
 // Replace `out` by the converted text, up to its first NUL. `length` counts bytes, or UTF-16 units;
-// no terminator is looked for in the input. Malformed text is no failure: it is replaced as
-// platform.h tells. False, with `out` untouched, for a null pointer (whatever the length), and when
-// memory for the result is lacking or the system refuses.
+// no terminator is looked for in the input. Malformed text is no failure; platform.h says how it is
+// replaced. False, with `out` untouched, for a null pointer (whatever the length), or if memory for
+// the result is lacking or the system refuses.
 bool utf8_to_wide(wide_string& out, const char* text, std::uint32_t length);
 bool wide_to_utf8(std::string& out, const wide_char* text, std::uint32_t length);
 

@@ -1,6 +1,6 @@
 // What is known of the host and its coffer.
 
-// What the agent calls the state of a coffer that may be read.
+// The agent's value for a coffer that may be read.
 const unlocked = 1;
 
 export class CofferState {
@@ -9,14 +9,14 @@ export class CofferState {
   locked = true;
   settings = {};
 
-  // A new host says anew what it knows; until then nothing is taken for granted.
+  // A new host reports its state again; until then nothing is known.
   setConnected(connected, reason) {
     this.connected = connected;
     this.reason = reason;
     if (!connected) this.locked = true;
   }
 
-  // True if the coffer has been unlocked by it.
+  // True if the coffer was locked before, and is unlocked now.
   takeData({ dbStatus, settings, default_settings }) {
     const wasLocked = this.locked;
     this.locked = dbStatus !== unlocked;

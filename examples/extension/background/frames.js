@@ -1,10 +1,10 @@
-// The documents that the frames of all tabs show, and the way back to each of them.
+// The documents that the frames of all tabs show, and how to reach each of them.
 
 export function isWebAddress(text) {
   return URL.canParse(text) && ["http:", "https:"].includes(new URL(text).protocol);
 }
 
-// Documents without an address of their own, srcdoc and about:blank, belong to whoever made them.
+// Documents without an address of their own (srcdoc, about:blank) belong to the origin that made them.
 function addressOf({ url, origin }) {
   return [url, `${origin}/`].find(isWebAddress);
 }
@@ -18,7 +18,7 @@ export class Frames {
     this.#api = api;
   }
 
-  // Takes in the document that opened `port`. Undefined if it belongs to no site.
+  // Adds the document that opened `port`. Undefined if it belongs to no site.
   open(port) {
     const { sender } = port;
     const source = addressOf(sender);
@@ -43,7 +43,7 @@ export class Frames {
     return [...this.#byKey.values()].filter((frame) => frame.tab === tab);
   }
 
-  // Tells this document and none that its frame shows afterwards: Chromium delivers by the document's
+  // Sends to this document, and to none that its frame shows later: Chromium delivers by the document's
   // id; elsewhere the port ends with the document that opened it.
   tell(frame, message) {
     if (this.find(frame.key) !== frame) return;

@@ -1,10 +1,10 @@
 // Logins that the user has typed and sent. One that the site refuses must not replace a good one, so it
 // waits until the page has gone on or its form has gone away.
 
-// In milliseconds. A page that leaves later than that does so for another reason.
+// In milliseconds. A page that is left later than that is left for another reason.
 const longestWait = 15_000;
 
-// How long the next page may take to come, and then to show that it wants the password again.
+// How long the next page may take to load, and then to show that it wants the password again.
 const nextPageTime = 5000;
 const settleTime = 2000;
 
@@ -46,7 +46,7 @@ export class TypedLogins {
     if (this.#follows(frame)) this.#finish(frame.tab);
     if (typed?.frame !== frame) return;
     typed.hasLeft = true;
-    // Where there is no login yet, none can be lost.
+    // Without an earlier login, none can be lost.
     if (frame.login === null) this.#finish(frame.tab);
     else this.#wait(frame.tab, nextPageTime, () => this.#finish(frame.tab));
   }

@@ -1,22 +1,22 @@
-// Tells when a page may show other inputs than before.
+// Notices when a page may show other inputs than before.
 "use strict";
 
 const changeWatcher = (() => {
-  // A page is looked at when it has been at rest for a while; one that never rests, now and then. In
+  // A page is examined when it has been at rest for a while, or now and then if it never rests. In
   // milliseconds.
   const restTime = 150;
   const longestWait = 1000;
 
-  // Some changes nobody tells of, such as rules that scripts put into style sheets.
+  // Some changes raise no event, such as rules that scripts put into style sheets.
   const laterLooks = [500, 1500, 4000];
 
-  // What can show an input or hide it without a change of the tree. Of what has loaded only style sheets
-  // count, and the page itself.
+  // These can show or hide an input without a change of the tree. Of "load" events, only those of style
+  // sheets and of the page itself count.
   const events = ["change", "click", "focusin", "toggle", "transitionend", "animationend"];
 
   const observed = new WeakSet();
 
-  // Calls `look` after a change, and lets it look into `roots` for further ones.
+  // Calls `look` after a change, and watches `roots` for further changes.
   function watch(look, roots) {
     let timer = null;
     let waitsSince = null;

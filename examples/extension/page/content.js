@@ -1,11 +1,11 @@
-// One document: asks what the coffer knows of it, fills its inputs, reports what the user sends.
+// One document: asks what the coffer knows about it, fills its inputs, reports what the user sends.
 "use strict";
 
 (() => {
-  // A sandboxed frame isn't of the site that its address names.
+  // A sandboxed frame doesn't belong to the site in its address.
   if (self.origin === "null") return;
 
-  // What the last request described; an answer to an earlier one is out of date.
+  // What the last request described. An answer to an earlier one is out of date.
   let asked = { request: 0, inputs: [], elements: [], state: [] };
 
   // Whether a site other than this one shows this document.
@@ -16,12 +16,12 @@
       }
       return false;
     } catch {
-      // The browser doesn't let strangers look at each other.
+      // The browser keeps different origins from looking at each other.
       return true;
     }
   }
 
-  // What goes over the network unprotected can come from anybody.
+  // A page from an unprotected connection can come from anyone.
   const needsUser = !isSecureContext || isAmongStrangers();
 
   function stateOf(element) {
@@ -83,7 +83,7 @@
   });
   // A page that the user has gone back to has lost its connection.
   window.addEventListener("pageshow", ({ persisted }) => persisted && ask("load"));
-  // Whether a login was taken shows in the page after it, whatever that has.
+  // The page that comes next shows whether the login was accepted, whatever inputs it has.
   frameLink.post({ type: "shown" });
   changeWatcher.watch(look, pageReader.roots);
   ask("load");

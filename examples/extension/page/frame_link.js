@@ -9,7 +9,7 @@ const frameLink = (() => {
   function open() {
     port = api.runtime.connect();
     port.onMessage.addListener((message) => receive(message));
-    // The background may have slept; the next message wakes it.
+    // The background may be asleep; the next message wakes it.
     port.onDisconnect.addListener(() => (port = null));
   }
 
@@ -18,18 +18,18 @@ const frameLink = (() => {
       if (port === null) open();
       port.postMessage(message);
     } catch {
-      // The extension has been replaced, and this script is on its own.
+      // The extension has been updated, so this script has lost its background.
       port = null;
     }
   }
 
-  // A document that the user can go back to is kept, and may keep its connection; but it has gone.
+  // The browser may keep a document that the user can go back to, with its connection. For us it is gone.
   window.addEventListener("pagehide", () => {
     port?.disconnect();
     port = null;
   });
 
-  // `receiver` gets what the background says to this document.
+  // `receiver` gets what the background sends to this document.
   function listen(receiver) {
     receive = receiver;
     api.runtime.onMessage.addListener((message) => receive(message));

@@ -1,12 +1,12 @@
-// Puts what the agent knows into the inputs of a page.
+// Fills the inputs of a page with what the agent knows.
 "use strict";
 
 const pageFiller = (() => {
-  // Frameworks put a setter of their own on an element to see assignments, and then believe that they
-  // made them; the prototype's sets the value, and the events tell of it.
+  // Some frameworks put a setter of their own on an element, and take every assignment through it as
+  // their own. The prototype's setter avoids that; the events then announce the value.
   const setValue = Object.getOwnPropertyDescriptor(HTMLInputElement.prototype, "value").set;
 
-  // What a page says that an input is for, where that is no login.
+  // Purposes of inputs, in `autocomplete`, that aren't a login.
   const otherPurpose = new RegExp(
     "^(name|(honorific|given|additional|family|organization)-.*|organization|new-password|one-time-code" +
       "|street-address|address-.*|country(-name)?|postal-code|cc-.*|transaction-.*|language|bday(-.*)?" +
@@ -14,7 +14,7 @@ const pageFiller = (() => {
     "i",
   );
 
-  // The last word is the purpose, but for a remark that "webauthn" is welcome too.
+  // The last word is the purpose, except that "webauthn" may follow it.
   function isForAnother(element) {
     const words = (element.getAttribute("autocomplete") ?? "").trim().split(/\s+/);
     return otherPurpose.test(words.filter((word) => word.toLowerCase() !== "webauthn").pop() ?? "");
@@ -25,19 +25,19 @@ const pageFiller = (() => {
     return element.type !== "number" || /^\d+$/.test(value);
   }
 
-  // A password may only come where the page hides it.
+  // A password may only be filled in where the page hides it.
   function takes(element, { dbSchema, dbvalue }) {
     const isPassword = element.type === "password";
     return (dbSchema === "password") === isPassword && !isForAnother(element) && fits(element, dbvalue);
   }
 
-  // What the user has typed stays unless he asks; what an earlier answer has filled may be replaced.
+  // What the user has typed stays, unless the user asks; what an earlier answer has filled in may be replaced.
   function mayChange(element, byUser) {
     if (element.readOnly || element.matches(":disabled")) return false;
     return byUser || element.value === "" || pageReader.schemas.has(element);
   }
 
-  // Whether the element is still what was described.
+  // Whether the element is still as it was described.
   function isAsDescribed(element, described) {
     return (
       element.isConnected &&
@@ -57,10 +57,10 @@ const pageFiller = (() => {
     }
   }
 
-  // `answers` are the inputs of a notification, in the order in which `asked.inputs` went out;
-  // `asked.elements` are the page's in that order. `byUser` tells that the user has asked for it.
+  // `answers` are the inputs of a notification, in the order of the request's `asked.inputs`;
+  // `asked.elements` are the page's elements in that order. `byUser`: whether the user has asked for it.
   function fill(answers, asked, byUser) {
-    // Before the first change: pages move when their inputs get values.
+    // Before the first change, since pages may move their inputs when these get values.
     const known = new Map();
     const wanted = asked.elements.filter((element, at) => {
       const answer = answers[at];

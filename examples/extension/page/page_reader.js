@@ -1,18 +1,18 @@
-// Gathers what a page shows of forms into the page object that requests carry. Runs in every frame,
-// beside the page's own scripts but apart from them.
+// Describes the forms that a page shows, as the page object of a request. Runs in every frame, isolated
+// from the page's own scripts.
 "use strict";
 
 const pageReader = (() => {
   const mostInputs = 5000;
   const longestText = 4096;
-  // Of all inputs of a page, in UTF-16 units.
+  // For all inputs of a page together, in UTF-16 units.
   const mostText = 4_000_000;
   const textTypes = new Set(["text", "email", "password", "tel", "url", "search", "number"]);
 
-  // What the agent said of the inputs that it filled.
+  // What the agent said about the inputs that it filled.
   const schemas = new WeakMap();
 
-  // Inputs that have been passwords; many pages can show them as text.
+  // Inputs that have been password inputs; many pages can show them as text.
   const passwords = new WeakSet();
 
   const cut = (text) => String(text ?? "").slice(0, longestText);
@@ -30,7 +30,7 @@ const pageReader = (() => {
     return [document, ...shadows.filter((root) => root !== null && root !== undefined)];
   }
 
-  // The inputs for text that a person can see, in the order of the page.
+  // The text inputs that a person can see, in the order of the page.
   function inputElements() {
     const known = new Map();
     const inputs = [];
@@ -47,8 +47,8 @@ const pageReader = (() => {
     return ids.split(/\s+/).map((id) => root.getElementById?.(id)?.textContent.trim() ?? "").join(" ");
   }
 
-  // The labels of a tree that name their inputs, by those inputs' ids. To ask an input for its labels
-  // takes a walk through the page, and there may be thousands of inputs.
+  // The labels in a tree that name an input, by the id of that input. Asking each input for its labels
+  // would walk through the page each time, and there may be thousands of inputs.
   function labelsIn(root) {
     const labels = [...root.querySelectorAll("label[for]")].reverse();
     return new Map(labels.map((label) => [label.htmlFor, label]));
@@ -66,14 +66,14 @@ const pageReader = (() => {
     );
   }
 
-  // What the page calls the input, for people and, in brackets, for programs.
+  // What the page calls the input: its label, and in brackets its `autocomplete`.
   function contextOf(input, labels) {
     const label = cut(labelOf(input, labels));
     const purpose = input.getAttribute("autocomplete")?.trim();
     return purpose ? `${label} [${purpose}]`.trim() : label;
   }
 
-  // Forms without a name are told apart by their place in the page.
+  // Forms without a name are distinguished by their position in the page.
   function formContextOf(input, forms) {
     const form = input.form;
     if (form === null) return "";
@@ -94,7 +94,7 @@ const pageReader = (() => {
     };
   }
 
-  // As many as the text of a page may have.
+  // As much as all texts of a page may take together.
   function describeInputs(elements) {
     const forms = [...document.forms];
     const labels = new Map();

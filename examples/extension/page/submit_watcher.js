@@ -1,12 +1,12 @@
-// Notices that the user sends a login, and that its form goes away afterwards. Only what the browser
-// says that the user did counts; a page can make up any other event.
+// Notices that the user sends a login, and that its form goes away afterwards. Only events that the browser
+// marks as the user's count; a page can make up any others.
 "use strict";
 
 const submitWatcher = (() => {
   // How long a form must be gone, in milliseconds: some hide while they wait for their server.
   const goneTime = 1500;
 
-  // A form that its page submits by script was sent by the gesture before, if that is no older.
+  // A form that a script submits was sent by the user's last gesture, unless that is older than this.
   const gestureTime = 1000;
 
   const buttonInputs = "input[type=submit], input[type=button], input[type=image]";
@@ -29,7 +29,7 @@ const submitWatcher = (() => {
     return element?.id || element?.getAttribute?.("name") || element?.textContent?.trim() || "form";
   }
 
-  // The page as the user sends it, before its scripts change anything; null without a typed password.
+  // The page as the user sends it, before its scripts change anything; null if no password was typed.
   function capture(by, form) {
     const elements = pageReader.inputElements();
     const passwords = elements.filter(isTypedPassword);
@@ -38,7 +38,7 @@ const submitWatcher = (() => {
     const target = form?.getAttribute("action") ? form.action : "";
     const event = { name: "submit", userState: "submit", clicked, submitted: clicked, target };
     const { page } = pageReader.describePage(event, elements);
-    // A password that is shown as text is one nevertheless.
+    // A password that is shown as text is still a password.
     elements.forEach((element, at) => {
       if (page.inputs[at] && passwords.includes(element)) page.inputs[at].type = "password";
     });
@@ -57,7 +57,7 @@ const submitWatcher = (() => {
     listeners.takenBack();
   }
 
-  // A link that leads elsewhere sends nothing, unless a script does so in its place.
+  // A link that leads elsewhere sends nothing, unless a script handles the click instead.
   function leadsElsewhere(link) {
     const address = link.getAttribute("href") ?? "";
     return address !== "" && !/^(#|javascript:)/i.test(address) && !link.matches("[role=button]");
@@ -67,14 +67,14 @@ const submitWatcher = (() => {
     return element.closest(fields) !== null && !element.matches(buttonInputs);
   }
 
-  // Anything may be made a button; what isn't one by its name shows the hand that people look for.
+  // Anything can serve as a button; what isn't a button element shows the hand pointer that people expect.
   function findButton(elements) {
     const isPressable = getComputedStyle(elements[0]).cursor === "pointer";
     return elements.find((each) => each.matches(buttons)) ?? (isPressable ? elements[0] : undefined);
   }
 
-  // Once the page's own listeners have had their say, and still before the page can go on. One of them may
-  // have kept the event from getting here.
+  // Runs after the page's own listeners, but before the page can go on. One of them may have kept the event
+  // from getting here.
   function afterwards(event, then) {
     let isDone = false;
     function run() {
@@ -113,11 +113,11 @@ const submitWatcher = (() => {
     if (!event.isTrusted) return;
     const [input] = event.composedPath();
     typed.add(input);
-    // Whoever types the password anew was refused.
+    // If the user types the password again, the site has refused it.
     if (sentInputs?.includes(input)) takeBack();
   }
 
-  // `heard` is told of a page that was sent, that its form has gone, or that it wasn't sent after all.
+  // `heard` is told when a page was sent, when its form has gone, or that it wasn't sent after all.
   function watch(heard) {
     listeners = heard;
     document.addEventListener("input", typedInto, true);
@@ -130,7 +130,7 @@ const submitWatcher = (() => {
     return sentInputs !== null && !pageReader.inputElements().some((input) => pageReader.passwords.has(input));
   }
 
-  // To be called after changes of the page.
+  // Call this after changes of the page.
   function look() {
     clearTimeout(goneTimer);
     if (!isGone()) return;

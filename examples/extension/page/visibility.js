@@ -2,7 +2,7 @@
 "use strict";
 
 const visibility = (() => {
-  // What is smaller or fainter is there for programs. In CSS pixels.
+  // What is smaller or fainter is meant for programs. In CSS pixels.
   const leastSize = 8;
   const leastOpacity = 0.1;
 
@@ -27,9 +27,9 @@ const visibility = (() => {
     return right - left >= leastSize && bottom - top >= leastSize;
   }
 
-  // What an element leaves of what is in it, given what is left around it. All of what scrolls can be
-  // reached, wherever it lies, as long as there is something to scroll in; the page's own overflow is the
-  // window's.
+  // The part of an element's content that shows, given the part that shows around the element. Content that
+  // scrolls can all be reached, wherever it is, as long as its scrolling area shows at all. The overflow of
+  // the page itself is that of the window.
   function exposureWithin(element, style, { area, port }) {
     if (clippedAway.test(style.clip) || clippedAway.test(style.clipPath)) return { area: nowhere, port };
     const isPage = element === document.body || element === document.documentElement;
@@ -40,9 +40,9 @@ const visibility = (() => {
     return { area: isLarge(shown) ? everywhere : nowhere, port: intersect(port, box) };
   }
 
-  // What an element and its ancestors leave of what is in it: the area in which it shows, the part of the
-  // window through which it is scrolled (everywhere if it isn't), and the opacity. `known` keeps this for
-  // elements that were asked for in the same pass.
+  // What shows of an element's content, given the element and its ancestors: the area in which it shows, the
+  // part of the window through which it is scrolled (everything if it isn't), and the opacity. `known` keeps
+  // this for the elements of the same pass.
   function exposureOf(element, known) {
     if (element === null) return { area: everywhere, port: everywhere, opacity: 1 };
     if (known.has(element)) return known.get(element);
@@ -54,7 +54,7 @@ const visibility = (() => {
     return exposure;
   }
 
-  // Boxes that are positioned escape from the ancestors that don't position them.
+  // A positioned box isn't clipped by ancestors that don't position it.
   function positionedIn(element, style, outer, known) {
     if (style.position === "fixed") return exposureOf(null, known);
     if (style.position === "absolute") return exposureOf(element.offsetParent, known);
@@ -80,7 +80,7 @@ const visibility = (() => {
   }
 
   function isCoveredAt(element, [x, y], own) {
-    // As a rule there is nothing above, and all that is below takes long to find.
+    // Usually there is nothing above, and finding everything below takes long.
     if (own.has(document.elementFromPoint(x, y))) return false;
     const hits = document.elementsFromPoint(x, y);
     const at = hits.findIndex((hit) => own.has(hit));
@@ -92,19 +92,19 @@ const visibility = (() => {
     return x >= left && y >= top && x < right && y < bottom;
   }
 
-  // By something that can't be seen through, wherever one looks. What has to be scrolled to isn't tested.
+  // Whether something opaque covers the input everywhere. What has to be scrolled to isn't tested.
   function isCovered(element, { left, top, right, bottom }, port) {
     const at = (partX, partY) => [left + (right - left) * partX, top + (bottom - top) * partY];
     const points = [at(0.5, 0.5), at(0.2, 0.2), at(0.8, 0.2), at(0.2, 0.8), at(0.8, 0.8)];
     const own = new Set();
-    // In a shadow tree the document sees no more than its host.
+    // Of a shadow tree, the document sees only the host element.
     for (let each = element; each; each = each.getRootNode().host) own.add(each);
     const shown = intersect(port, { left: 0, top: 0, right: innerWidth, bottom: innerHeight });
     const tested = points.filter((point) => isWithin(point, shown));
     return tested.length > 0 && tested.every((point) => isCoveredAt(element, point, own));
   }
 
-  // A frame that the page around it hides; what a stranger does with it can't be seen from here.
+  // A frame that the page around it hides. What a page of another origin does with it can't be seen from here.
   function isFrameSeen() {
     const frame = window.frameElement;
     return innerWidth >= leastSize && innerHeight >= leastSize && (frame === null || isShown(frame));

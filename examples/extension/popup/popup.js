@@ -1,4 +1,4 @@
-// Shows the coffer's state and its login for the page in front, and sends the user's orders.
+// Shows the coffer's state and its login for the page in front, and sends the user's commands.
 import { fill, openSettings, watchState } from "../shared/coffer_link.js";
 
 const element = (id) => document.getElementById(id);
@@ -26,7 +26,7 @@ function rowOf({ host, user, keys }) {
   return row;
 }
 
-// A row that stays must not be replaced under the user's mouse.
+// A row that stays must not be replaced under the mouse pointer.
 let shown = "";
 
 function showLogins(logins) {

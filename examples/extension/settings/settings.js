@@ -1,4 +1,4 @@
-// Shows the settings that the agent reports. It alone changes them.
+// Shows the settings that the agent reports. Only the agent changes them.
 import { watchState } from "../shared/coffer_link.js";
 
 function rowOf([name, value]) {

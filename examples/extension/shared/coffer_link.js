@@ -1,7 +1,7 @@
 // What the extension's own pages ask of the background.
 const api = globalThis.browser ?? globalThis.chrome;
 
-// Nothing is pushed to these pages: they are seldom open, and never for long. In milliseconds.
+// These pages poll: they are seldom open, and never for long. In milliseconds.
 const refreshTime = 250;
 
 export function run(method) {
@@ -16,14 +16,14 @@ export function openSettings() {
   return api.runtime.openOptionsPage();
 }
 
-// Tells what keeps the host away, and enables what needs it only while it is there.
+// Shows why there is no host, and enables what needs the host only while there is one.
 function showConnection({ connected, reason }) {
   document.getElementById("problem").hidden = connected;
   document.getElementById("reason").textContent = reason || "The host isn't running.";
   for (const button of document.querySelectorAll("button[data-method]")) button.disabled = !connected;
 }
 
-// Calls `show` with the coffer's state now and from time to time, and makes the page's buttons work.
+// Calls `show` with the coffer's state now and then again from time to time, and makes the page's buttons work.
 export function watchState(show) {
   for (const button of document.querySelectorAll("button[data-method]")) {
     button.addEventListener("click", () => run(button.dataset.method));

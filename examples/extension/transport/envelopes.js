@@ -1,11 +1,11 @@
-// From messages to the envelopes of native-messaging frames, and back. A message is JSON text; it
-// travels as base64 of its UTF-8 form, in pieces, one piece to an envelope, under one id.
+// Turns messages into the envelopes of native-messaging frames, and back. A message is JSON text. It travels
+// as the base64 of its UTF-8 form, cut into pieces: one piece in each envelope, all under one id.
 import { shortenId, sizeInJson } from "./ids.js";
 
-// The host reads no longer envelope than this, in bytes of JSON.
+// The longest envelope that the host reads, in bytes of JSON.
 export const largestEnvelope = 8191;
 
-// The host drops a message whose base64 text is longer, in characters.
+// The longest base64 text of a message, in characters; the host drops longer ones.
 export const largestMessage = 64 * 1024 * 1024;
 
 // How many arguments one call may have, in every browser.
@@ -27,15 +27,15 @@ export function decodeMessage(base64) {
   return JSON.parse(new TextDecoder("utf-8", { fatal: true }).decode(bytes));
 }
 
-// What an envelope leaves for its piece. The closing mark is the longest that "fragment" gets, up to
-// ten million pieces.
+// The room in an envelope for its piece. "final" is the longest value of "fragment", up to ten million
+// pieces.
 function roomBeside(id) {
   const frame = JSON.stringify({ id: "", fragment: "final", msg: "" });
   return largestEnvelope - frame.length - sizeInJson(id);
 }
 
-// The envelopes of a message, in the order in which they have to go out. The id may be of any length
-// but 0; a long one is shortened. Throws a RangeError for a message that the host would drop.
+// The envelopes of a message, in the order in which they must be sent. The id must not be empty; a long one
+// is shortened. Throws a RangeError for a message that the host would drop.
 export function envelopesOf(message, id) {
   if (typeof id !== "string" || id === "") throw new RangeError("a message needs an id that is not empty");
   const base64 = encodeMessage(message);

@@ -1,18 +1,18 @@
-// The connection to the native-messaging host. It comes back by itself when the host ends.
+// The connection to the native-messaging host. It reconnects by itself when the host ends.
 import { envelopesOf } from "./envelopes.js";
 import { ReplyJoiner } from "./reply_joiner.js";
 
 const hostName = "com.orvanta.coffer";
 
-// A host that isn't installed must not be started over and over. In milliseconds, as all times here.
+// A host that isn't installed must not be started over and over. In milliseconds, like all times here.
 const shortestPause = 250;
 const longestPause = 60_000;
 
-// A host that lives so long without a word was started and works; one that can't be started is reported
-// lost sooner.
+// A host that has lived this long without a message works; one that can't be started is reported lost
+// sooner.
 const settleTime = 1000;
 
-// Requests that wait for a connection. Pages ask again; what is older has lost its use.
+// How many requests wait for a connection. Pages ask again, so older ones have lost their use.
 const mostWaiting = 64;
 
 export class HostPort {
@@ -27,8 +27,8 @@ export class HostPort {
   #timer = null;
   #lastId = 0;
 
-  // `onMessage` gets each message of the host. `onChange` gets whether there is a connection each time
-  // that one came or went, and the browser's reason if it gives one.
+  // `onMessage` gets each message of the host. `onChange` is called when a connection comes or goes, with
+  // whether there is one, and the browser's reason if it gives one.
   constructor(api, onMessage, onChange = () => {}) {
     this.#api = api;
     this.#onMessage = onMessage;
@@ -42,7 +42,7 @@ export class HostPort {
     if (this.#port === null || !this.#post(envelopes)) this.#wait(envelopes);
   }
 
-  // Tries at once, whatever the pause.
+  // Tries at once, without a pause.
   reconnect() {
     if (this.#port === null) this.#connect();
   }
@@ -61,7 +61,7 @@ export class HostPort {
     if (this.#waiting.length > mostWaiting) this.#waiting.shift();
   }
 
-  // False if the host has gone; then what it got of the message has no effect.
+  // False if the host has gone. What it got of the message has no effect then.
   #post(envelopes) {
     const port = this.#port;
     try {
@@ -91,7 +91,7 @@ export class HostPort {
     }
   }
 
-  // Whoever has something to say, or has stayed, is a host that works.
+  // A host that has sent something, or has stayed, works.
   #settle() {
     clearTimeout(this.#timer);
     this.#pause = shortestPause;
@@ -100,7 +100,7 @@ export class HostPort {
     this.#onChange(true, "");
   }
 
-  // An earlier port has nothing to say any more: its messages belong to a host that was given up.
+  // Messages of an earlier port are ignored: they come from a host that was given up.
   #receive(port, envelope) {
     if (port !== this.#port) return;
     this.#settle();

@@ -1,10 +1,10 @@
-// The ids of messages, within the bounds of an envelope.
+// The ids of messages, short enough for an envelope.
 
-// In bytes of JSON. Most of the envelope is for the piece.
+// In bytes of JSON. Most of an envelope is for the piece.
 const longestId = 1024;
 
-// Browsers write JSON in their own way, some of them with "<" or all that isn't ASCII escaped; in the
-// longest way a UTF-16 unit takes six bytes.
+// Browsers write JSON in their own ways. Some escape "<", or everything that isn't ASCII; at most, a UTF-16
+// unit takes six bytes.
 const plain = /[ !#-;=?-[\]^-~]/;
 const longestUnit = 6;
 
@@ -24,7 +24,7 @@ function hash(text) {
   return state.toString(16).padStart(16, "0");
 }
 
-// The id itself, or for a long one another that stands for it.
+// The id itself, or for a long one a shorter one that stands for it.
 export function shortenId(id) {
   const isShort = id.length <= longestId && sizeInJson(id) <= longestId;
   return isShort ? id : `long-${id.length}-${hash(id)}`;

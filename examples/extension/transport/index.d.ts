@@ -1,4 +1,4 @@
-// What an extension and the host say to each other, and what carries it.
+// What an extension and the host say to each other, and the connection between them.
 
 // Requests
 
@@ -15,13 +15,13 @@ export interface Input {
   context: string;
   /** The form that the input belongs to. */
   form_context: string;
-  /** What the agent takes the input for, "user" or "password" for example; empty if for nothing. */
+  /** What the agent thinks the input is for, "user" or "password" for example; empty if nothing. */
   dbSchema: string;
-  /** What belongs into the input. */
+  /** What belongs in the input. */
   dbvalue: string;
 }
 
-/** What a page shows of forms. Members may be missing, and null empties a text. */
+/** The forms that a page shows. Members may be missing, and null empties a text. */
 export interface Page {
   /** Comes back unchanged with whatever answers this page. */
   sender?: string;
@@ -71,7 +71,7 @@ export interface Website {
   [property: string]: string | null | undefined | Input[];
 }
 
-/** Settings are texts, also where they read as a number or a truth value. */
+/** Settings are texts, even those that look like numbers or booleans. */
 export type Settings = Record<string, string | null>;
 
 export interface CofferData {
@@ -84,7 +84,7 @@ export interface CofferData {
   default_settings: Settings;
 }
 
-/** An object with one member, whose name tells what it is. */
+/** An object with one member, whose name says what it is. */
 export type Notification =
   | { coffer_info_update: Website }
   | { page_input_update: Website }
@@ -116,7 +116,7 @@ export const largestMessage: number;
 
 export function encodeMessage(message: unknown): string;
 
-/** Throws if the text is not base64 of JSON. */
+/** Throws if the text isn't JSON in base64. */
 export function decodeMessage(base64: string): unknown;
 
 /**
@@ -125,11 +125,11 @@ export function decodeMessage(base64: string): unknown;
  */
 export function envelopesOf(message: Request, id: string): Iterable<Envelope>;
 
-/** Joins the pieces of the host's messages, of which several may be under way. */
+/** Joins the pieces of the host's messages; several messages may be unfinished at a time. */
 export class ReplyJoiner {
   /** What unfinished messages take: their characters, and a cost for each piece and id. */
   get held(): number;
-  /** The message that this envelope completes, if it does. Throws if the whole is no message. */
+  /** The message that this envelope completes, if it does. Throws if the joined text isn't a message. */
   add(envelope: ReplyEnvelope): Notification | undefined;
   clear(): void;
 }
@@ -140,7 +140,7 @@ interface BrowserEvent<Listener> {
   addListener(listener: Listener): void;
 }
 
-/** What is needed of the browser's port. */
+/** The part of the browser's port that is needed. */
 export interface NativePort {
   postMessage(envelope: Envelope): void;
   disconnect(): void;
@@ -150,7 +150,7 @@ export interface NativePort {
   error?: { message?: string } | null;
 }
 
-/** What is needed of `chrome` or `browser`. */
+/** The part of `chrome` or `browser` that is needed. */
 export interface NativeApi {
   runtime: {
     connectNative(name: string): NativePort;
@@ -159,7 +159,7 @@ export interface NativeApi {
   };
 }
 
-/** A connection that comes back by itself when the host ends. */
+/** A connection that reconnects by itself when the host ends. */
 export class HostPort {
   /**
    * Connects at once. `onChange` gets whether there is a connection each time that one came or went, and
@@ -172,7 +172,7 @@ export class HostPort {
   );
   /** Sends the request, or keeps it until there is a connection: the last 64 of them. */
   send(request: Request): void;
-  /** Tries at once, whatever the pause between attempts. */
+  /** Tries at once, without the pause between attempts. */
   reconnect(): void;
   /** Ends the connection, and with it the host, until reconnect() is called. */
   close(): void;

@@ -1,11 +1,11 @@
-// Joins the pieces of the host's messages, of which several may be under way.
+// Joins the pieces of the host's messages; several messages may be unfinished at a time.
 import { decodeMessage } from "./envelopes.js";
 
-// What unfinished messages may take in all; a host that sends more is broken.
+// What unfinished messages may take in all. A host that sends more is broken.
 const mostUnfinished = 256;
 const mostHeld = 64 * 1024 * 1024;
 
-// What a piece takes besides its characters, so that empty ones count too.
+// What a piece costs besides its characters, so that empty ones count too.
 const costOfPiece = 64;
 
 const costOf = (text) => text.length + costOfPiece;
@@ -14,13 +14,13 @@ export class ReplyJoiner {
   #unfinished = new Map();
   #held = 0;
 
-  // What unfinished messages take, in characters and costs.
+  // What unfinished messages take: characters and costs.
   get held() {
     return this.#held;
   }
 
   // The message that this envelope completes, or undefined. Pieces out of order, and those of a
-  // message that was dropped, are lost. Throws if the whole is no message.
+  // message that was dropped, are lost. Throws if the joined text isn't a message.
   add(envelope) {
     const { reply, id, fragment, data } = envelope ?? {};
     if (reply !== "success" || typeof id !== "string" || typeof data !== "string") return undefined;
@@ -39,7 +39,7 @@ export class ReplyJoiner {
     this.#held = 0;
   }
 
-  // Those touched longest ago go first, unless this one is too large by itself.
+  // Those touched longest ago are dropped first, unless this one is too large by itself.
   #keep(id, gathered) {
     if (gathered.cost > mostHeld) return;
     this.#unfinished.set(id, gathered);

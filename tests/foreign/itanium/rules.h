@@ -1,5 +1,5 @@
-// What an author writes for a compiler that gives a virtual destructor two slots: slot 0 and the
-// name as the tables have them.
+// What an author writes for a compiler that gives a virtual destructor two slots: slot 0 and `name`
+// as the tables have them.
 #include <new>
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))

@@ -16,7 +16,7 @@ void destroy(Object* object) {
   delete object;
 }
 
-// What the compiler takes for granted of its runtime.
+// Functions that the compiler expects from its runtime.
 extern "C" void* malloc(size_t);
 extern "C" void free(void*);
 extern "C" int _purecall() { return 0; }
