@@ -10,8 +10,9 @@ void warn_of_other_manifest(const browser& subject, const setup_options& options
   const std::string remove =
       command_for("remove", subject, options, platform::registration_scope::user) + " --force";
   if (choice.takes_shared) {
-    const std::string why =
-        own.faults.empty() ? own.file + " doesn't let the extension in" : own.faults.front().text;
+    const std::string why = !own.faults.empty() ? own.faults.front().text
+                            : own.path.empty()  ? own.file + " names the host by no absolute path"
+                                                : own.file + " doesn't let the extension in";
     findings.warning(
         "user-manifest-skipped",
         why + "; the browser skips it and takes " + shared.file + ", which all users share",
