@@ -30,6 +30,11 @@ add_cxx_options(
   # Fused multiply-add would change the single-precision results of the parser.
   -ffp-contract=off)
 
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # Sources that are compiled as one look like headers to the compiler.
+  add_cxx_options(-Wno-subobject-linkage)
+endif()
+
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
   # Checks the locks that platform/checked_mutex.h describes.
   add_cxx_options(-Wthread-safety)

@@ -17,7 +17,7 @@
 
 namespace {
 
-bool fail(const std::string& what) {
+bool report_failure(const std::string& what) {
   std::fprintf(stderr, "cfext: %s\n", what.c_str());
   return false;
 }
@@ -61,7 +61,7 @@ bool replayer::play(host_session& session) {
     if (session.failure().empty() && !play_item(session, *item)) return false;
   }
   session.wait_quiet();
-  return error.empty() || fail(error);
+  return error.empty() || report_failure(error);
 }
 
 bool replayer::play_item(host_session& session, const capture_item& item) {
@@ -72,7 +72,7 @@ bool replayer::play_item(host_session& session, const capture_item& item) {
     compared_.add_recorded(item.message);
     session.wait_for(++answers_);
   } else if (item.message.size() > max_request_size) {
-    return fail("line " + std::to_string(reader_.line()) + " holds more than a host takes");
+    return report_failure("line " + std::to_string(reader_.line()) + " holds more than a host takes");
   } else {
     session.send(item.message, envelope_size(item));
   }
@@ -104,11 +104,11 @@ bool replay(std::FILE* input, const std::string& host, std::chrono::milliseconds
   capture_reader reader(input, {});
   const std::optional<capture_item> start = reader.next(error);
   if (!start.has_value() || start->kind != capture_kind::start) {
-    return fail(error.empty() ? "this is no capture: it has no start" : error);
+    return report_failure(error.empty() ? "this is no capture: it has no start" : error);
   }
   const std::string program = host.empty() ? start->host : host;
   auto process = platform::child_process::start(program, start->arguments, error);
-  if (process == nullptr) return fail(error);
+  if (process == nullptr) return report_failure(error);
   transcript silent(false, shown_messages::none);
   host_session session(std::move(process), silent, quiet_time, true);
   replayer player(reader, *start);
@@ -116,7 +116,7 @@ bool replay(std::FILE* input, const std::string& host, std::chrono::milliseconds
   const std::optional<int> exit_value = session.finish();
   const bool alike = player.report(session, exit_value);
   const std::string failure = player.died_alike(exit_value) ? "" : session.failure();
-  return (failure.empty() || fail(failure)) && played && alike;
+  return (failure.empty() || report_failure(failure)) && played && alike;
 }
 
 }  // namespace
@@ -125,7 +125,7 @@ bool replay_capture(const std::string& file, const std::string& host,
                     std::chrono::milliseconds quiet_time) {
   if (file == "-") return replay(stdin, host, quiet_time);
   std::FILE* const input = std::fopen(file.c_str(), "rb");
-  if (input == nullptr) return fail("can't read the capture " + file + ": " + std::strerror(errno));
+  if (input == nullptr) return report_failure("can't read the capture " + file + ": " + std::strerror(errno));
   const bool good = replay(input, host, quiet_time);
   std::fclose(input);
   return good;

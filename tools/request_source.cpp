@@ -26,11 +26,11 @@ bool check_size(const request_item& item, std::string& error) {
 bool check_json(const request_item& item, std::string& error) {
   std::string copy = item.text;
   const char* position = copy.data();
-  const char* description = "the request is empty";
+  const char* complaint = "the request is empty";
   scoped_node_arena arena;
-  if (json_parse(copy.data(), position, description, arena) != nullptr) return true;
+  if (json_parse(copy.data(), position, complaint, arena) != nullptr) return true;
   const auto offset = static_cast<std::size_t>(position - copy.data());
-  error = item.place + ", byte " + std::to_string(offset) + ": " + description;
+  error = item.place + ", byte " + std::to_string(offset) + ": " + complaint;
   if (offset < item.text.size()) {
     error += ": " + printable_line(item.text.substr(offset, excerpt_length));
   }
