@@ -21,8 +21,7 @@ bool is_usable(const present_manifest& present, const std::vector<std::string>& 
          (ids.empty() || std::any_of(ids.begin(), ids.end(), is_let_in));
 }
 
-manifest_place place_for(const browser& of, const setup_options& options,
-                         registration_scope scope) {
+manifest_place place_at(const browser& of, const setup_options& options, registration_scope scope) {
   std::string ignored;
   return chosen_place(of, options, scope, ignored);
 }
@@ -39,11 +38,11 @@ bool manifest_choice::lets_in(const std::string& id) const {
 
 manifest_choice choose_manifest(const browser& of, const setup_options& options, bool forbids_own) {
   manifest_choice choice;
-  const manifest_place place = place_for(of, options, registration_scope::user);
+  const manifest_place place = place_at(of, options, registration_scope::user);
   const auto& ids = options.ids(of.ids);
   choice.own = look_at_present(place, of.ids);
   if (!options.has_own_folder()) {
-    choice.shared = look_at_present(place_for(of, options, registration_scope::system), of.ids);
+    choice.shared = look_at_present(place_at(of, options, registration_scope::system), of.ids);
   }
   // Firefox goes on from what it can't use, Chromium only from what isn't there. A registry's key
   // is the last word with both.
