@@ -11,6 +11,10 @@
 
 namespace platform {
 
+// What becomes of an executable file that is no program and names no interpreter. Where they are
+// run, the shell does it, as many programs leave it to; Windows has no such custom.
+enum class bare_scripts { are_refused, are_run };
+
 // A started program whose standard input and output are pipes of ours; its standard error is
 // shared. The destructor ends the process and waits for it. One thread may write while another
 // reads; all other calls are for one thread at a time, and a side may be closed only while nobody
@@ -26,7 +30,8 @@ class child_process {
   // itself starts with the default answers to all signals.
   static std::unique_ptr<child_process> start(const std::string& program,
                                               const std::vector<std::string>& arguments,
-                                              std::string& error);
+                                              std::string& error,
+                                              bare_scripts scripts = bare_scripts::are_refused);
   virtual ~child_process() = default;
 
   // Writes all bytes to the child's input. False if the child has closed it, or has taken nothing

@@ -47,7 +47,8 @@ function writeExtension(home, probe, reference) {
   manifest.background.service_worker = "remote.js";
   manifest.background.scripts = probe ? ["remote.js"] : ["background.js", "remote.js"];
   manifest.content_scripts = probe ? [relay] : [...manifest.content_scripts, relay];
-  if (probe) delete manifest.action;
+  // What names files that a probe lacks, for which Chromium refuses it.
+  if (probe) for (const member of ["action", "icons", "options_ui"]) delete manifest[member];
   writeFileSync(join(folder, "manifest.json"), JSON.stringify(manifest));
   return folder;
 }

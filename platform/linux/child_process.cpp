@@ -185,7 +185,7 @@ int spawn(pid_t& id, const std::string& program, std::vector<std::string> argume
 
 std::unique_ptr<child_process> child_process::start(const std::string& program,
                                                     const std::vector<std::string>& arguments,
-                                                    std::string& error) {
+                                                    std::string& error, bare_scripts scripts) {
   std::signal(SIGPIPE, SIG_IGN);
   // A process that ignores this signal, as some parents leave it to their children, is never told
   // of a child's end.
@@ -198,9 +198,18 @@ std::unique_ptr<child_process> child_process::start(const std::string& program,
     return nullptr;
   }
   pid_t id = -1;
-  const int failure = spawn(id, program, arguments, input.reading.get(), output.writing.get());
+  int failure = spawn(id, program, arguments, input.reading.get(), output.writing.get());
+  if (failure == ENOEXEC && scripts == bare_scripts::are_run) {
+    std::vector<std::string> of_shell = arguments;
+    of_shell.insert(of_shell.begin(), program);
+    failure = spawn(id, "/bin/sh", std::move(of_shell), input.reading.get(), output.writing.get());
+  }
   if (failure != 0) {
-    error = "can't start " + program + ": " + std::strerror(failure);
+    // The system says of the interpreter what it says of the file.
+    const bool lacks_interpreter = failure == ENOENT && access(program.c_str(), F_OK) == 0;
+    error = "can't start " + program + ": " +
+            (lacks_interpreter ? "what its first line names isn't there, or that line ends with CR"
+                               : std::strerror(failure));
     return nullptr;
   }
   return std::make_unique<linux_child>(id, std::move(input.writing), std::move(output.reading));

@@ -46,8 +46,13 @@ bool make_folders(const std::string& path, folder_readers readers, std::string& 
     if (!make_folders(parent, readers, error)) return false;
     if (make_folder(path, readers)) return true;
   }
-  if (errno == EEXIST) return true;
-  error = failure_text("make the folder", path);
+  if (errno != EEXIST) {
+    error = failure_text("make the folder", path);
+    return false;
+  }
+  // Another program may have been faster.
+  if (look_at(path).is_folder) return true;
+  error = path + " is a link that leads nowhere, or no folder: remove it first";
   return false;
 }
 

@@ -202,7 +202,7 @@ std::string program_path(const std::string& program) {
 
 std::unique_ptr<child_process> child_process::start(const std::string& program,
                                                     const std::vector<std::string>& arguments,
-                                                    std::string& error) {
+                                                    std::string& error, bare_scripts) {
   pipe_ends input;
   pipe_ends output;
   if (!make_pipe(input, PIPE_ACCESS_OUTBOUND, GENERIC_READ) ||

@@ -7,13 +7,13 @@
 // `then` is a command that changes the user's file.
 import assert from "node:assert/strict";
 import { execFile, execFileSync } from "node:child_process";
-import { chmodSync, cpSync, mkdirSync, readFileSync, rmSync, symlinkSync, writeFileSync } from "node:fs";
+import { chmodSync, cpSync, existsSync, mkdirSync, readFileSync, rmSync, symlinkSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { after, before, describe, test } from "node:test";
 import { promisify } from "node:util";
 import { browsers, environmentOf, obey, openControl } from "../../examples/stage/browsers.js";
 import { startSite } from "../../examples/stage/site.js";
-import { installHost, root, timeout } from "../../examples/stage/stage.js";
+import { installHost, root, until } from "../../examples/stage/stage.js";
 
 const table = JSON.parse(readFileSync(join(import.meta.dirname, "manifests.json"), "utf8"));
 const build = process.env.CFHOST_BUILD ?? join(root, "build/release-test");
@@ -56,14 +56,16 @@ function installHosts() {
     chmodSync(join(hosts, `mode-${mode}`), Number.parseInt(mode, 8));
   }
   installHost(join(hosts, "bräuche hier"), build);
-  mkdirSync(join(hosts, "alone"));
+  for (const folder of ["alone", "elsewhere"]) mkdirSync(join(hosts, folder));
   cpSync(host, join(hosts, "alone/cfhost"));
   symlinkSync("cfhost", join(hosts, "link"));
   symlinkSync("nowhere", join(hosts, "dangling"));
   write("script", `#!/bin/sh\nexec '${host}' "$@"\n`);
+  write("elsewhere/script", `#!/bin/sh\nexec '${host}' "$@"\n`);
   write("no-interpreter", "#!/nowhere/sh\n");
   write("no-first-line", `exec '${host}' "$@"\n`);
   write("empty", "");
+  write("quits", "#!/bin/sh\n");
 }
 
 // What the table writes as ${NAME}.
@@ -127,17 +129,21 @@ async function askDoctor(name, home, data) {
   return { works: code === 0, reason: faults.join(" ") };
 }
 
-// What the browser does, and what the doctor says, about one row.
-async function examine({ name, home, data, page, folder }, row) {
-  const { user = {}, system = null, text, encoding, without, then } = row;
+// What the browser does and what the doctor says, of one row.
+async function examine({ name, home, data, page, user }, row) {
+  const { user: own = {}, system = null, text, encoding, without, then } = row;
+  const folder = join(home, user);
   const places = ownSystem ? [folder, facts[name].system] : [folder];
   clear(...places);
   try {
-    const file = write(folder, text ? textOf(name, text, encoding) : contentOf(name, user, without));
+    const file = write(folder, text ? textOf(name, text, encoding) : contentOf(name, own, without));
     if (ownSystem) write(facts[name].system, contentOf(name, system));
     if (then) execFileSync("sh", ["-ec", then], { env: { ...process.env, file, folder } });
-    const browser = page ? await obey(page, "connect") : { works: false, reason: "no extension" };
-    return { browser, doctor: await askDoctor(name, home, data) };
+    const [browser, doctor] = await Promise.all([
+      page ? obey(page, "connect") : { works: false, reason: "no extension" },
+      askDoctor(name, home, data),
+    ]);
+    return { browser, doctor };
   } finally {
     clear(...places);
   }
@@ -154,44 +160,70 @@ function rowsOfMembers() {
   ]);
 }
 
-// What must be there when a browser starts, and the rows for it.
-function groupsOf(name) {
-  const alone = ["user", {}];
-  const three = [alone, ["all users", { user: null, system: {} }], ["both", { system: {} }]];
-  const system = [
-    { what: "places", rows: table.places },
-    ...table.policies[name].map(([what, policies]) => ({ what, policies, rows: three })),
-  ];
-  return [
-    { what: "", rows: [...rowsOfMembers(), ...table.rows] },
-    ...table.elsewhere[name].map(([what, user]) => ({ what, data: "own", user, rows: [alone] })),
-    ...(ownSystem ? system : []),
-  ];
+// The groups of rows that one start of the browser is for, and then the next. Chromium can be told to read
+// its policies anew; Firefox reads them when it starts.
+function startsOf(name) {
+  const alone = [["user", {}]];
+  const three = [...alone, ["all users", { user: null, system: {} }], ["both", { system: {} }]];
+  const first = [{ what: "", rows: [...rowsOfMembers(), ...table.rows] }];
+  const elsewhere = table.elsewhere[name].map(([what, user]) => ({ what, data: "own", user, rows: alone }));
+  const policies = table.policies[name].map(([what, policies]) => ({ what, policies, rows: three }));
+  if (ownSystem) first.push({ what: "places", rows: table.places });
+  if (name === "firefox") return [first, ...[...elsewhere, ...(ownSystem ? policies : [])].map((group) => [group])];
+  return [ownSystem ? [...first, ...policies] : first, elsewhere];
 }
 
-// Starts the browser for a group of rows; passes the outcome of each row to `tell`.
-async function runGroup(name, { what, policies = {}, data, user = facts[name].user, rows }, tell) {
+// Puts the files of policies there; gives what takes them away.
+function writePolicies(name, policies) {
+  const files = Object.entries(policies).map(([file, content]) => [join(facts[name].policies, file), content]);
+  for (const [file, content] of files) {
+    mkdirSync(dirname(file), { recursive: true });
+    writeFileSync(file, typeof content === "string" ? content : JSON.stringify(content));
+  }
+  return () => files.forEach(([file]) => rmSync(file, { force: true }));
+}
+
+// Puts policies there and has Chromium read them, which it shows on its page of policies.
+async function changePolicies(page, policies, number) {
+  const mark = `http://group-${number}/`;
+  const forget = writePolicies("chromium", { ...policies, "managed/mark.json": { NewTabPageLocation: mark } });
+  await page.evaluate(() => chrome.send("reloadPolicies"));
+  await page.getByText(mark).first().waitFor({ state: "attached" });
+  return forget;
+}
+
+// Whether Firefox has let the extension in, of which it keeps a list in its profile.
+async function isLetIn(profile) {
+  const file = join(profile, "extensions.json");
+  const text = await until("a list of extensions", () => existsSync(file) && readFileSync(file, "utf8"));
+  return JSON.parse(text).addons.some(({ id }) => id === browsers.firefox.id);
+}
+
+// Starts the browser for groups of rows; hands each row's outcome to `tell`.
+async function runStart(name, groups, tell) {
   const home = join(results, name);
-  const place = { name, home, data: data && join(home, data), folder: join(home, user) };
+  const [{ data, policies }] = groups;
+  const place = { name, home, data: data && join(home, data) };
   clear(home);
   mkdirSync(home, { recursive: true });
-  for (const [file, content] of Object.entries(policies)) {
-    const path = join(facts[name].policies, file);
-    mkdirSync(dirname(path), { recursive: true });
-    writeFileSync(path, typeof content === "string" ? content : JSON.stringify(content));
-  }
+  let forget = writePolicies(name, policies ?? {});
   const control = site.address("control", "/plain");
   const { context } = await browsers[name].open(home, { probe: true, control, data: place.data });
   try {
-    // A policy may block the extension.
-    const limit = name === "firefox" && what.includes("blocked") ? 15_000 : timeout;
-    place.page = await openControl(context, control, limit).catch(() => null);
-    for (const [row, places, only = name] of rows) {
-      if (only === name) tell(what ? `${what}: ${row}` : row, await examine(place, places));
+    const isThere = !policies || (await isLetIn(join(home, ".mozilla/firefox/test")));
+    if (isThere) place.page = await openControl(context, control);
+    const policyPage = name === "chromium" ? await context.newPage() : null;
+    await policyPage?.goto("chrome://policy");
+    for (const [i, { what, policies, user = facts[name].user, rows }] of groups.entries()) {
+      if (policies && policyPage) forget = await changePolicies(policyPage, policies, i);
+      for (const [row, places, only = name] of rows) {
+        if (only === name) tell(what ? `${what}: ${row}` : row, await examine({ ...place, user }, places));
+      }
+      forget();
     }
   } finally {
     await context.close();
-    for (const file of Object.keys(policies)) rmSync(join(facts[name].policies, file));
+    forget();
   }
 }
 
@@ -200,8 +232,8 @@ const said = (works) => (works ? "yes" : "no ");
 // Tests all rows in one browser, and keeps the outcome in a file.
 async function runTable(name) {
   const lines = [];
-  for (const group of groupsOf(name)) {
-    await runGroup(name, group, (what, { browser, doctor }) => {
+  for (const groups of startsOf(name)) {
+    await runStart(name, groups, (what, { browser, doctor }) => {
       const mark = browser.works === doctor.works ? " " : "!";
       const verdicts = `browser ${said(browser.works)} doctor ${said(doctor.works)}`;
       lines.push(`${mark} ${what.padEnd(50)} ${verdicts} | ${browser.reason} | ${doctor.reason}`);

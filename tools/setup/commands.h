@@ -6,8 +6,9 @@
 
 #include "tools/setup/places.h"
 
-// Stands in a command where people have to insert an extension's id.
+// Stand in a command where somebody has to put an extension's id, or the path of the host.
 inline constexpr char id_to_fill_in[] = "ID";
+inline constexpr char host_to_fill_in[] = "PATH";
 
 // A text as one word of a shell command.
 std::string shell_word(const std::string& text);

@@ -1,31 +1,22 @@
 #include "tools/setup/host_examination.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include "platform/child_process.h"
 #include "platform/file_rights.h"
 #include "platform/files.h"
-#include "tools/load_examination.h"
 #include "tools/setup/commands.h"
-#include "tools/setup/live_start.h"
+#include "tools/setup/start_verdict.h"
 #include "tools/tap_settings.h"
 
 namespace {
 
-// The exit values by which the host says why it can't work.
-constexpr int no_library = 1;
-constexpr int no_interface = 2;
+constexpr std::size_t max_script_size = 1 << 16;
 
-bool may_be_the_library(int exit_value) {
-  return exit_value == no_library || exit_value == no_interface ||
-         !platform::crash_of(exit_value).empty();
-}
-
-std::string milliseconds(std::chrono::microseconds duration) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.1f ms", static_cast<double>(duration.count()) / 1000);
-  return text;
+// A script starts the host wherever that lies: only a start tells about the library there.
+bool is_script(const std::string& path) {
+  std::string text, ignored;
+  return platform::read_file(path, max_script_size, text, ignored) &&
+         text.find('\0') == std::string::npos;
 }
 
 class host_examination {
@@ -37,6 +28,7 @@ class host_examination {
     const std::string host = recorded_host(start.path);
     const std::string folder = platform::folder_of(platform::started_file(host));
     library_ = platform::path_below(folder, platform::library_file_name("cfagent"));
+    may_lack_library_ = is_script(host);
     decisive_ = {start.path, library_, start.manifest};
     if (host != start.path) {
       const std::string recorder = platform::folder_of(start.path);
@@ -55,7 +47,10 @@ class host_examination {
                 "Run the doctor as the user who runs the browser."});
       return;
     }
-    judge(start_host(start_.path, start_.arguments));
+    // Chromium leaves a script without a first line to the shell, Firefox doesn't start it.
+    const auto scripts = start_.kind == id_form::chromium ? platform::bare_scripts::are_run
+                                                          : platform::bare_scripts::are_refused;
+    judge_start(start_, start_host(start_.path, start_.arguments, scripts), library_, out_);
   }
 
  private:
@@ -64,6 +59,7 @@ class host_examination {
   }
 
   bool look_at_files() {
+    const bool has_library = may_lack_library_ || platform::look_at(library_).exists;
     const platform::file_facts host = platform::look_at(start_.path);
     const bool is_there = host.exists && !host.is_folder;
     if (!is_there) {
@@ -73,11 +69,11 @@ class host_examination {
       fault(
           "host-not-executable", start_.path + " can't be run by this user",
           "Install cfhost there again, or register the one that you have. Run: " + start_.install);
-    } else if (!platform::look_at(library_).exists) {
+    } else if (!has_library) {
       fault("library-missing", "there is no " + library_,
             "Install the agent: the host ends with exit value 1 without its library.");
     }
-    return is_there && host.executable && platform::look_at(library_).exists;
+    return is_there && host.executable && has_library;
   }
 
   // True if others may write a file that decides what is run.
@@ -104,58 +100,12 @@ class host_examination {
                   }});
   }
 
-  void judge(const live_start& result) {
-    if (!result.error.empty()) {
-      fault(
-          "host-not-executable", result.error,
-          "Install cfhost there again, or register the one that you have. Run: " + start_.install);
-    } else if (!result.exit_value.has_value()) {
-      fault("host-hangs", start_.path + " didn't end when its input did",
-            "Update the agent, whose library " + library_ + " may hold it up.");
-    } else if (*result.exit_value == 0) {
-      out_.add(
-          {start_.title,
-           severity::good,
-           "started",
-           start_.path + " starts and ends as it should (" + milliseconds(result.duration) + ')',
-           {}});
-    } else if (!find_fault_of_library(*result.exit_value)) {
-      judge_value(*result.exit_value);
-    }
-  }
-
-  // Loading the library by itself tells more than the host's exit value does.
-  bool find_fault_of_library(int value) {
-    if (!may_be_the_library(value)) return false;
-    auto cause = fault_of_loading(library_, own_program("cfsetup"));
-    if (!cause.has_value()) return false;
-    cause->subject = start_.title;
-    out_.add(std::move(*cause));
-    return true;
-  }
-
-  void judge_value(int value) {
-    const std::string what = start_.path + " ended with exit value " + std::to_string(value);
-    if (value == no_library) {
-      fault("library-unloadable", what + ": it can't load " + library_,
-            "Install the agent again, for this system and processor.");
-    } else if (value == no_interface) {
-      fault("library-refuses", what + ": " + library_ + " doesn't give its interface",
-            "Update the agent; this library is too old, too new, or none of the agent's.");
-    } else if (const std::string crash = platform::crash_of(value); !crash.empty()) {
-      fault("host-crashes", start_.path + " crashed: " + crash,
-            library_ + " can be loaded. Install cfhost again, and if that doesn't help the agent.");
-    } else {
-      fault("host-fails", what + ", which cfhost never does by itself",
-            "Register the cfhost that you have. Run: " + start_.install);
-    }
-  }
-
   const host_start& start_;
   report& out_;
   repair_list& repairs_;
   std::string library_;
-  std::vector<std::string> decisive_;  // whoever can write one of these decides what is run
+  bool may_lack_library_ = false;
+  std::vector<std::string> decisive_;  // whoever may write one of them decides what is run
 };
 
 }  // namespace

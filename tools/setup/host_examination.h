@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/report.h"
+#include "tools/setup/browsers.h"
 #include "tools/setup/repair.h"
 
 struct host_start {
@@ -12,7 +13,8 @@ struct host_start {
   std::string path;      // of the host
   std::string manifest;  // the one that names the host
   std::vector<std::string> arguments;
-  std::string install;            // the command that registers the installed host instead
+  std::string install;  // the command that registers the installed host instead
+  id_form kind = id_form::chromium;
   bool is_manifest_good = false;  // otherwise no browser would start the host
 };
 

@@ -72,10 +72,17 @@ void install_at(const manifest_place& place, const browser& to, const setup_opti
 }
 
 void install_one(const browser& to, const setup_options& options, const std::string& program,
-                 const std::string& host, report& out) {
+                 const std::string& host, bool is_one_of_many, report& out) {
   std::string error;
   const manifest_place place = chosen_place(to, options, scope_of(options), error);
-  if (place.file.empty()) {
+  // Not all of many browsers need be the extension's.
+  if (is_one_of_many && ids_for(to, options, look_at_present(place, to.ids)).empty()) {
+    out.add({to.title,
+             severity::note,
+             "skipped",
+             "left out: none of the extension ids is one of this browser's form",
+             {}});
+  } else if (place.file.empty()) {
     out.add(failure(to, "no-place", error));
   } else if (!is_led_elsewhere(to, place, options, out)) {
     install_at(place, to, options, program, host, out);
@@ -95,16 +102,7 @@ void install(const setup_options& options, const std::string& program, const std
   const auto browsers = chosen_browsers(options);
   if (browsers.empty()) add_for_nobody(out, severity::fault);
   for (const browser* const each : browsers) {
-    const bool has_id = options.keep_ids || !options.ids(each->ids).empty();
-    if (has_id || browsers.size() == 1) {
-      install_one(*each, options, program, host, out);
-    } else {
-      out.add({each->title,
-               severity::note,
-               "skipped",
-               "left out: none of the extension ids is one of this browser's form",
-               {}});
-    }
+    install_one(*each, options, program, host, browsers.size() > 1, out);
   }
   if (!options.system && platform::runs_for_somebody_else()) {
     out.add({"", severity::warning, "other-user",

@@ -4,21 +4,36 @@
 #include "tools/setup/flatpak.h"
 #include "tools/tap_settings.h"
 
+namespace {
+
+void read_content(present_manifest& found, id_form form) {
+  std::string error;
+  if (!platform::read_file(found.file, max_manifest_size, found.text, error)) {
+    found.text.clear();
+    found.faults = {{"manifest-unreadable", error}};
+    return;
+  }
+  found.content = parse_manifest(found.text, form, error);
+  if (!found.content.has_value()) {
+    found.faults = {{"manifest-not-json",
+                     found.file + " is no JSON object that the browser could read: " + error}};
+    return;
+  }
+  found.faults = faults_of(*found.content, form);
+  for (manifest_fault& each : found.faults) each.text.insert(0, found.file + ' ');
+}
+
+}  // namespace
+
 present_manifest look_at_present(const platform::manifest_place& place, id_form form) {
   present_manifest found;
   found.file = platform::registered_file(place);
   found.registered = !found.file.empty();
-  std::string ignored;
-  if (!found.registered ||
-      !platform::read_file(found.file, max_manifest_size, found.text, ignored)) {
-    found.text.clear();
-    return found;
-  }
-  const auto parsed = parse_manifest(found.text, form, ignored);
-  if (!parsed.has_value()) return found;
-  found.ids = allowed_ids(*parsed, form);
-  const std::string path = platform::host_of_manifest(found.file, parsed->path.value_or(""));
-  if (!path.empty()) found.host = host_behind(path);
+  if (found.registered) read_content(found, form);
+  if (!found.content.has_value()) return found;
+  found.ids = allowed_ids(*found.content, form);
+  found.path = platform::host_of_manifest(found.file, found.content->path.value_or(""));
+  if (!found.path.empty()) found.host = host_behind(found.path);
   return found;
 }
 

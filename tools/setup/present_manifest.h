@@ -1,6 +1,7 @@
 // Finds what a place holds already.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,10 +9,13 @@
 
 struct present_manifest {
   bool registered = false;
-  std::string file;  // the one that the browser uses, whether it exists or not
-  std::string text;  // also empty if it can't be read
-  std::string host;  // as the browser starts it; also empty if this isn't a manifest
+  std::string file;                 // that the browser takes, there or not
+  std::string text;                 // empty too if it can't be read
+  std::optional<manifest> content;  // nothing if the browser can't make anything of the text
+  std::string path;                 // that the browser starts; empty if it is none
+  std::string host;                 // the same, or the host that a sandbox's script there starts
   std::vector<std::string> ids;
+  std::vector<manifest_fault> faults;  // why the browser doesn't take it, apart from the path
 };
 
 present_manifest look_at_present(const platform::manifest_place& place, id_form form);
