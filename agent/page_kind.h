@@ -19,7 +19,7 @@ using position = std::size_t;
 // hold several kinds of forms, so each has its own.
 struct page_form {
   page_kind kind = page_kind::unsure;
-  bool says_login = false;  // by a name of its own, not just the page's
+  bool says_login = false;  // by texts of its own, not just the page's
   std::vector<position> inputs;
   // Of a login, and of what may be one; the password also of a change, the current one.
   std::optional<position> user;
@@ -30,6 +30,3 @@ struct page_form {
 // where it says nothing: `own_hint` the form's name, `page_hint` the texts of the page.
 void classify(page_form& form, const std::vector<field>& fields, meanings own_hint,
               meanings page_hint);
-
-// How well an input fits a login's user: 0 if not at all.
-int fitness_for_user(field_kind kind);
