@@ -73,13 +73,6 @@ const pageReader = (() => {
     return purpose ? `${label} [${purpose}]`.trim() : label;
   }
 
-  // Forms without a name are told apart by their place in the page.
-  function formContextOf(input, forms) {
-    const form = input.form;
-    if (form === null) return "";
-    return form.id || form.getAttribute("name") || `form-${forms.indexOf(form)}`;
-  }
-
   function describeInput(input, forms, labels) {
     return {
       name: cut(input.name),
@@ -88,7 +81,7 @@ const pageReader = (() => {
       id: cut(input.id),
       readonly: input.readOnly || input.disabled ? "true" : "",
       context: cut(contextOf(input, labels)),
-      form_context: cut(formContextOf(input, forms)),
+      form_context: cut(forms.get(input)),
       dbSchema: schemas.get(input) ?? "",
       dbvalue: "",
     };
@@ -96,7 +89,7 @@ const pageReader = (() => {
 
   // As many as the text of a page may have.
   function describeInputs(elements) {
-    const forms = [...document.forms];
+    const forms = formTexts.describeForms(elements, [...elementsBelow(document)]);
     const labels = new Map();
     const inputs = [];
     let text = 0;

@@ -13,7 +13,7 @@ export interface Input {
   readonly: string;
   /** What the page calls the input. */
   context: string;
-  /** The form that the input belongs to. */
+  /** The form that the input belongs to; the same text for all inputs of one form. */
   form_context: string;
   /** What the agent takes the input for, "user" or "password" for example; empty if for nothing. */
   dbSchema: string;
