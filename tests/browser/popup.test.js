@@ -71,6 +71,21 @@ test("the popup offers what can be done, and says why nothing can", async () => 
   });
 });
 
+test("in Firefox the popup fills too", async () => {
+  const folder = join(root, "build/browser/popup-firefox");
+  const options = { control: site.address("control", "/plain") };
+  const own = await start(join(build, "bin/cfsetup"), "firefox", `${folder}-home`, installHost(folder, build), options);
+  try {
+    const outer = await own.context.newPage();
+    await outer.goto(site.address("outer", "/frame"));
+    await expectFilled(outer, loginOf("outer"));
+    await own.press("li:nth-child(2) button", "body", outer);
+    await expectFilled(outer.frameLocator("iframe"), loginOf("inner"));
+  } finally {
+    await own.context.close();
+  }
+});
+
 test("a worker that was put to sleep wakes for the next page", async () => {
   const [asleep] = processesOf(host);
   await page.goto(site.address("plain", "/welcome"));
