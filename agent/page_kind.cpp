@@ -15,6 +15,10 @@ form_view view_of(page_form& form, const std::vector<field>& fields, meanings ow
     of_fields |= fields[input].hints;
     if (is_password(view.kind_at(input))) view.passwords.push_back(input);
   }
+  // Nobody types a password for a newsletter; but subscribers log in.
+  for (meanings* const hint : {&own, &of_page}) {
+    if (!view.passwords.empty() && *hint == means_mailing) *hint = 0;
+  }
   form.says_login = own == means_login || (own == 0 && (of_fields & means_login) != 0);
   // Names like "login" are given to the user's field of a sign-up, too, so they count least.
   for (const meanings hint : {own, of_fields & means_sign_up, of_page, of_fields & means_login}) {
@@ -30,8 +34,8 @@ page_kind kind_by_hint(meanings hint) {
   return page_kind::unsure;
 }
 
-// The first step of a login asks for the user alone. An address alone may as well be for a
-// newsletter, so that needs a hint.
+// The first step of a login asks for the user alone, or for the company besides. An address alone
+// may as well be for a newsletter, so that needs a hint, and any other input a hint of the form's.
 page_kind kind_without_password(const form_view& view) {
   using enum field_kind;
   if (view.count({card}) > 0) return page_kind::checkout;
@@ -39,7 +43,8 @@ page_kind kind_without_password(const form_view& view) {
   if (view.count({search}) == view.form.inputs.size()) return page_kind::search;
   if (!view.may_be_login()) return kind_by_hint(view.hint);
   const bool only_user = view.count({user_name, email, phone, account}) == 1 &&
-                         view.count({detail, new_user}) == 0 && view.count({other}) <= 1;
+                         view.count({detail, new_user}) == 0 &&
+                         view.count({other}) <= (view.form.says_login ? 1U : 0U);
   const bool sure = view.hint == means_login || view.count({user_name}) == 1;
   return only_user && sure ? page_kind::login : page_kind::unsure;
 }

@@ -193,9 +193,11 @@ function pagesIn(name) {
 
   test("without leave to fill by itself the extension waits for the user", () =>
     inNewTab(eager.context, async (page) => {
-      await page.goto(`${originOf("no-leave")}/pages/no-leave`);
-      await pause(settleTime);
-      await checkFilling(page, "below", { filled: "" }, eagerLogin);
+      for (const setting of ["enabled", "autofillEnabled"]) {
+        await page.goto(`${originOf("no-leave")}/pages/no-leave-${setting}`);
+        await pause(settleTime);
+        await checkFilling(page, "below", { filled: "" }, eagerLogin);
+      }
       await checkFilling(page, "below", { do: "press #user Alt+ArrowDown", filled: "user password" }, eagerLogin);
     }));
 

@@ -51,6 +51,14 @@ test("the popup offers the logins of the page in front, and fills a stranger's f
   });
 });
 
+test("the popup fills a form that the agent is in doubt about", async () => {
+  await page.goto(site.address("plain", "/pages/doubt-refused"));
+  await withPopup(async (popup) => {
+    await press(popup, "li button");
+    await expectFilled(page, loginOf("plain"));
+  });
+});
+
 test("the popup offers what can be done, and says why nothing can", async () => {
   const offered = (popup) =>
     popup.locator("[data-method]:visible").evaluateAll((all) => all.filter((each) => !each.disabled).map((each) => each.dataset.method));

@@ -6,8 +6,12 @@ const formTexts = (() => {
   const mostButtons = 3;
 
   const submits = "button:not([type=button], [type=reset]), input[type=submit], input[type=image]";
-  const buttons = `button, input[type=submit], input[type=image], input[type=button], [role=button], a:not([href])`;
+  const links = 'a:not([href]), a[href^="#"], a[href^="javascript:" i]';
+  const buttons = `button, input[type=submit], input[type=image], input[type=button], [role=button], ${links}`;
   const headings = "h1, h2, h3, h4, legend, [role=heading]";
+
+  // A form has its inputs as properties, and they may be called like its own.
+  const parentOf = Object.getOwnPropertyDescriptor(Node.prototype, "parentElement").get;
 
   function cleaned(text) {
     return String(text ?? "").replace(/[\s[\]|]+/g, " ").trim().slice(0, longestText);
@@ -15,7 +19,9 @@ const formTexts = (() => {
 
   function textOf(element) {
     const { textContent, value, alt, title } = element;
-    return cleaned([textContent, value, alt, element.getAttribute("aria-label"), title].find((text) => cleaned(text)));
+    const label = element.getAttribute("aria-label");
+    const picture = element.querySelector("img")?.alt;
+    return cleaned([textContent, value, alt, label, picture, title].find((text) => cleaned(text)));
   }
 
   function formOf(element) {
@@ -24,7 +30,7 @@ const formTexts = (() => {
 
   function* ancestorsOf(element) {
     for (let each = element; each && each !== document.body; ) {
-      each = each.parentElement ?? each.getRootNode().host ?? null;
+      each = parentOf.call(each) ?? each.getRootNode().host ?? null;
       if (each) yield each;
     }
   }
@@ -77,8 +83,8 @@ const formTexts = (() => {
 
   function nameOf(owner, documentForms, blocks) {
     if (owner === null) return "";
-    if (owner.localName !== "form") return `block-${blocks.indexOf(owner)}`;
-    return owner.id || owner.getAttribute("name") || `form-${documentForms.indexOf(owner)}`;
+    if (blocks.includes(owner)) return `block-${blocks.indexOf(owner)}`;
+    return owner.getAttribute("id") || owner.getAttribute("name") || `form-${documentForms.indexOf(owner)}`;
   }
 
   // For each of `inputs` what its form is called: the name and, in brackets, the buttons and the heading.

@@ -30,15 +30,15 @@ const pageReader = (() => {
     return [document, ...shadows.filter((root) => root !== null && root !== undefined)];
   }
 
-  // The inputs for text that a person can see, in the order of the page.
-  function inputElements() {
+  // The inputs for text that a person can see, in the order of the page, and those that `isWanted` as well.
+  function inputElements(isWanted = () => false) {
     const known = new Map();
     const inputs = [];
     for (const element of elementsBelow(document)) {
       if (inputs.length === mostInputs) break;
       if (element.localName !== "input" || !textTypes.has(element.type)) continue;
       if (element.type === "password") passwords.add(element);
-      if (visibility.isSeen(element, known)) inputs.push(element);
+      if (isWanted(element) || visibility.isSeen(element, known)) inputs.push(element);
     }
     return inputs;
   }

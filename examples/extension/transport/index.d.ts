@@ -66,6 +66,8 @@ export interface Website {
   sender: string;
   source?: string | null;
   "navigate-login"?: string | null;
+  /** Whose login there is for the page, filled or not; only from agents that tell. */
+  "known-login"?: string | null;
   inputs: Input[];
   dbItems: [];
   [property: string]: string | null | undefined | Input[];
