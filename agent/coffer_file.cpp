@@ -1,11 +1,10 @@
 #include "agent/coffer_file.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
+#include "agent/json_text.h"
 #include "agent/public_suffix.h"
-#include "json/parser.h"
 #include "platform/files.h"
 #include "transport/codecs/text.h"
 
@@ -22,40 +21,23 @@ wide_string wide(const json_node& node) {
 // Reads one text. Each step returns false after noting what is wrong, and where.
 class coffer_reader {
  public:
-  coffer_reader(std::string_view text, coffer& target)
-      : original_(text), parsed_(text), target_(target) {}
+  coffer_reader(std::string_view text, coffer& target) : text_(text), target_(target) {}
 
   bool read() {
     scoped_node_arena arena;
-    const json_node* const root = parse(arena);
+    const json_node* const root = text_.parse(arena);
     if (root == nullptr) return false;
-    if (root->kind != kind_object) return fail(parsed_.data(), "an object is needed here");
+    if (!text_.expect(*root, kind_object, "an object")) return false;
     if (!each_child(*root, &coffer_reader::read_member)) return false;
     // Last, since a locked coffer takes no logins.
     if (locked_) target_.lock();
     return true;
   }
 
-  const std::string& problem() const { return problem_; }
+  const std::string& problem() const { return text_.problem(); }
 
  private:
   using step = bool (coffer_reader::*)(const json_node& node);
-
-  const json_node* parse(node_arena& arena) {
-    const std::size_t start = std::min(parsed_.find_first_not_of(" \t\r\n"), parsed_.size());
-    const char* errorPos = parsed_.data() + start;
-    const char* errorDesc = "the file is empty";
-    const json_node* root = json_parse(parsed_.data() + start, errorPos, errorDesc, arena);
-    // The parser would take a NUL for the end of the text.
-    const std::size_t nul = original_.find('\0');
-    if (root != nullptr && nul != std::string_view::npos) {
-      errorPos = parsed_.data() + nul;
-      errorDesc = "a NUL byte can't be part of the file";
-      root = nullptr;
-    }
-    if (root == nullptr) fail(errorPos, errorDesc);
-    return root;
-  }
 
   bool each_child(const json_node& container, step read_child) {
     for (const json_node* child = container.first_child; child != nullptr;
@@ -66,15 +48,15 @@ class coffer_reader {
   }
 
   bool read_member(const json_node& member) {
-    const std::string_view name = name_of(member);
+    const std::string_view name = json_text::name_of(member);
     if (name == "locked") return read_flag(member, locked_);
     if (name == "explain") return read_flag(member, target_.explain);
     if (name == "settings") {
-      return expect(member, kind_object, "an object") &&
+      return text_.expect(member, kind_object, "an object") &&
              each_child(member, &coffer_reader::read_setting);
     }
     if (name == "logins") {
-      return expect(member, kind_array, "an array") &&
+      return text_.expect(member, kind_array, "an array") &&
              each_child(member, &coffer_reader::read_login);
     }
     return unknown(member, "locked, explain, settings and logins");
@@ -82,41 +64,41 @@ class coffer_reader {
 
   bool read_flag(const json_node& member, bool& flag) {
     flag = member.kind == kind_bool && member.value.boolean != 0;
-    return expect(member, kind_bool, "true or false");
+    return text_.expect(member, kind_bool, "true or false");
   }
 
   bool read_setting(const json_node& setting) {
-    if (!expect(setting, kind_string, "a text")) return false;
-    const std::string_view name = name_of(setting);
+    if (!text_.expect(setting, kind_string, "a text")) return false;
+    const std::string_view name = json_text::name_of(setting);
     wide_string key;
     if (name.empty() || !utf8_to_wide(key, name.data(), static_cast<std::uint32_t>(name.size()))) {
-      return fail(place_of(setting), "a setting needs a name");
+      return text_.fail(setting, "a setting needs a name");
     }
     target_.settings.set(key.c_str(), wide(setting).c_str());
     return true;
   }
 
   bool read_login(const json_node& node) {
-    if (!expect(node, kind_object, "an object")) return false;
+    if (!text_.expect(node, kind_object, "an object")) return false;
     site_.clear();
     login_ = login();
     if (!each_child(node, &coffer_reader::read_login_member)) return false;
     const std::optional<origin> o = origin_of_site(site_);
     if (!o || login_.password.empty()) {
-      return fail(place_of(node), "a login needs a site and a password");
+      return text_.fail(node, "a login needs a site and a password");
     }
     if (login_.subdomains && is_public_suffix(o->host)) {
-      return fail(place_of(node), "the subdomains of this site belong to different people");
+      return text_.fail(node, "the subdomains of this site belong to different people");
     }
-    if (target_.has(*o)) return fail(place_of(node), "there is a login for this site already");
+    if (target_.has(*o)) return text_.fail(node, "there is a login for this site already");
     return target_.store(*o, login_) ||
-           fail(place_of(node), "too many logins, or one that is too long");
+           text_.fail(node, "too many logins, or one that is too long");
   }
 
   bool read_login_member(const json_node& member) {
-    const std::string_view name = name_of(member);
+    const std::string_view name = json_text::name_of(member);
     if (name == "subdomains") return read_flag(member, login_.subdomains);
-    if (!expect(member, kind_string, "a text")) return false;
+    if (!text_.expect(member, kind_string, "a text")) return false;
     if (name == "site") {
       site_ = wide(member);
     } else if (name == "user") {
@@ -129,47 +111,15 @@ class coffer_reader {
     return true;
   }
 
-  static std::string_view name_of(const json_node& node) {
-    return node.name == nullptr ? std::string_view() : std::string_view(node.name);
-  }
-
-  bool expect(const json_node& node, json_kind kind, const char* what) {
-    return node.kind == kind || fail(place_of(node), std::string(what) + " is needed here");
-  }
-
   bool unknown(const json_node& member, const char* known) {
-    return fail(place_of(member), "unknown member; known are " + std::string(known));
+    return text_.fail(member, "unknown member; known are " + std::string(known));
   }
 
-  // A position in the text that belongs to the node, or else to the nearest node around it. Names
-  // and texts lie where they were parsed; nothing is left of other values.
-  const char* place_of(const json_node& node) const {
-    for (const json_node* n = &node; n != nullptr; n = n->parent) {
-      if (n->name != nullptr) return n->name;
-      if (n->kind == kind_string) return n->value.string;
-      if (n->first_child != nullptr && n->first_child->name != nullptr) return n->first_child->name;
-    }
-    return parsed_.data();
-  }
-
-  // Counts in the original: decoding may have put line breaks into the parsed text.
-  bool fail(const char* place, std::string_view what) {
-    const std::string_view before =
-        original_.substr(0, static_cast<std::size_t>(place - parsed_.data()));
-    const auto lines = std::count(before.begin(), before.end(), '\n');
-    const std::size_t column = before.size() - (before.rfind('\n') + 1);
-    problem_ = std::to_string(lines + 1) + ':' + std::to_string(column + 1) + ": ";
-    problem_ += what;
-    return false;
-  }
-
-  std::string_view original_;
-  std::string parsed_;
+  json_text text_;
   coffer& target_;
   bool locked_ = false;
   wide_string site_;  // of the login that is being read
   login login_;
-  std::string problem_;
 };
 
 // People who try the agent want to see logins filled, unless the file says otherwise.

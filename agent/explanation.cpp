@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "agent/user_field.h"
+
 namespace {
 
 constexpr std::size_t most_lines = 200;

@@ -1,8 +1,10 @@
 #include "agent/page_filling.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "agent/explanation.h"
+#include "agent/user_field.h"
 
 namespace {
 
@@ -18,10 +20,14 @@ std::optional<position> only_input(const CfMsgWebsite& page, const wide_char* ke
   return found;
 }
 
+bool is_asked_by_user(const CfMsgWebsite& page) {
+  return value_of(page.props, u"user-state") == u"drop-down";
+}
+
 // The input that the user points at, if it can be told from the others.
 std::optional<position> pointed_input(const CfMsgWebsite& page) {
   const wide_view name = value_of(page.props, u"click-source");
-  if (value_of(page.props, u"user-state") != u"drop-down" || name.empty()) return std::nullopt;
+  if (!is_asked_by_user(page) || name.empty()) return std::nullopt;
   const std::optional<position> by_id = only_input(page, u"id", name);
   return by_id ? by_id : only_input(page, u"name", name);
 }
@@ -48,8 +54,28 @@ void fill_around(position pointed, const page_reading& reading, std::vector<fill
   fill_form(form, fillings);
 }
 
-bool is_for_login(page_kind kind) {
-  return kind == page_kind::login || kind == page_kind::change_password;
+bool is_for_login(const page_form& form) {
+  return form.kind == page_kind::login || form.kind == page_kind::change_password;
+}
+
+// The only form that may be a login, and has a password; null if there is none, or several.
+const page_form* only_doubtful(const std::vector<page_form>& forms) {
+  const page_form* found = nullptr;
+  for (const page_form& form : forms) {
+    if (form.kind != page_kind::unsure || !form.password) continue;
+    if (found != nullptr) return nullptr;
+    found = &form;
+  }
+  return found;
+}
+
+void fill_forms(const page_reading& reading, bool by_user, std::vector<filling>& fillings) {
+  for (const page_form& form : reading.forms) {
+    if (is_for_login(form)) fill_form(form, fillings);
+  }
+  if (!by_user || std::any_of(reading.forms.begin(), reading.forms.end(), is_for_login)) return;
+  const page_form* const form = only_doubtful(reading.forms);
+  if (form != nullptr) fill_form(*form, fillings);
 }
 
 void set_input(propsW_t& input, const wide_char* schema, const wide_string& value) {
@@ -79,9 +105,7 @@ std::vector<filling> decide(const CfMsgWebsite& page, const page_reading& readin
   if (pointed && *pointed < fillings.size()) {
     fill_around(*pointed, reading, fillings);
   } else {
-    for (const page_form& form : reading.forms) {
-      if (is_for_login(form.kind)) fill_form(form, fillings);
-    }
+    fill_forms(reading, is_asked_by_user(page), fillings);
   }
   for (position i = 0; i < fillings.size(); ++i) {
     if (!reading.fields[i].editable) fillings[i] = filling::none;
@@ -95,6 +119,7 @@ void fill_page(CfMsgWebsite& page, const coffer& store) {
     if (store.locked()) input.set(u"value", u"", true);
   }
   const login* const entry = store.find(value_of(page.props, u"source"));
+  if (entry != nullptr) page.props.set(u"known-login", entry->user.c_str(), true);
   if (entry == nullptr && !store.explain) return;
   const page_reading reading = read_page(page);
   const std::vector<filling> fillings = decide(page, reading);

@@ -19,7 +19,7 @@ using position = std::size_t;
 // kinds of forms, so each has its own.
 struct page_form {
   page_kind kind = page_kind::unsure;
-  bool says_login = false;  // by its own name, not just the page's
+  bool says_login = false;  // by texts of its own, not just the page's
   std::vector<position> inputs;
   // Set for a login and for what may be one; `password` also for a change: the current one.
   std::optional<position> user;
@@ -30,6 +30,3 @@ struct page_form {
 // it says nothing: `own_hint` from the form's name, `page_hint` from the texts of the page.
 void classify(page_form& form, const std::vector<field>& fields, meanings own_hint,
               meanings page_hint);
-
-// How well an input fits the user of a login: 0 if not at all.
-int fitness_for_user(field_kind kind);

@@ -3,31 +3,9 @@
 #include <algorithm>
 #include <map>
 
+#include "agent/form_hints.h"
+
 namespace {
-
-// What a text says about its form, if it says only one thing: "Log in or sign up" says nothing.
-meanings clear_hint(meanings hints) {
-  constexpr meanings all = ~(means_login - 1U);
-  hints &= all;
-  return (hints & (hints - 1)) == 0 ? hints : 0;
-}
-
-// The path of an address without its query, which often names the page to go to next.
-wide_view path_of(wide_view address) {
-  const std::size_t scheme = address.find(u"://");
-  if (scheme == wide_view::npos) return {};
-  address.remove_prefix(scheme + 3);
-  address = address.substr(0, address.find_first_of(u"?#"));
-  return address.substr(std::min(address.find(u'/'), address.size()));
-}
-
-meanings page_hint(const propsW_t& props) {
-  for (const wide_char* const key : {u"context", u"title"}) {
-    const meanings hint = clear_hint(meanings_of_text(value_of(props, key)));
-    if (hint != 0) return hint;
-  }
-  return clear_hint(meanings_of_text(path_of(value_of(props, u"source"))));
-}
 
 std::vector<field> fields_of(const CfMsgWebsite& page) {
   std::vector<field> fields;
@@ -75,8 +53,7 @@ page_reading read_page(const CfMsgWebsite& page) {
   }
   const meanings of_page = page_hint(page.props);
   for (auto& [name, form] : forms) {
-    const meanings own = clear_hint(meanings_of_name(name));
-    classify(form, reading.fields, own, of_page);
+    classify(form, reading.fields, form_hint(name), of_page);
     reading.forms.push_back(std::move(form));
   }
   doubt_logins(reading.forms);

@@ -1,8 +1,7 @@
 #include "agent/typed_login.h"
 
-#include <algorithm>
-
 #include "agent/page_reading.h"
+#include "agent/user_field.h"
 
 namespace {
 
@@ -28,15 +27,9 @@ class typed_form {
     return found;
   }
 
-  // The best match before the password; of several equally good ones, the nearest.
   std::optional<position> user(position password) const {
-    std::optional<position> best;
-    for (const position i : form_->inputs) {
-      if (i > password) break;
-      if (!has_value(i) || fitness(i) == 0) continue;
-      if (!best || fitness(i) >= fitness(*best)) best = i;
-    }
-    return best;
+    return best_user(form_->inputs, password,
+                     [this](position i) { return has_value(i) ? fitness(i) : 0; });
   }
 
  private:

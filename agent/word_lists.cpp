@@ -3,7 +3,9 @@
 namespace {
 
 // In each list: English, German, French, Spanish, Italian, Portuguese, Dutch, Polish, Russian,
-// Chinese, Japanese.
+// Chinese, Japanese; then, where a login or a sign-up is told by them, Swedish, Norwegian, Danish,
+// Finnish, Czech, Hungarian, Romanian, Turkish, Ukrainian, Korean, Indonesian, Vietnamese, Greek,
+// Hebrew, Arabic, Thai.
 constexpr word_list lists[] = {
     {means_user_name,
      u"username userid usrname loginname loginid userlogin loginuser accountname accountid "
@@ -13,7 +15,9 @@ constexpr word_list lists[] = {
      u"usuario nomeutente codiceutente codicecliente nomedeusuario utilizador gebruikersnaam "
      u"inlognaam klantnummer uzytkownik identyfikator имяпользователя логин 用户名 用戶名 账号 "
      u"帐号 賬號 帳號 登录名 会员名 ユーザー名 ユーザ名 ユーザーid ユーザid ログインid "
-     u"アカウント名 会員番号 会員id お客様番号"},
+     u"アカウント名 会員番号 会員id お客様番号 anvandarnamn brukernavn brugernavn kayttajatunnus "
+     u"uzivatelskejmeno felhasznalonev numeutilizator kullaniciadi імякористувача логін 아이디 "
+     u"사용자이름"},
     {means_account,
      u"user _usr login logon signin account _acct member customer _id_ _uid_ _uname nick handle "
      u"kennung konto nutzer mitglied kunde utilisateur _compte membre _cuenta socio _dni_ _rut_ "
@@ -21,7 +25,8 @@ constexpr word_list lists[] = {
      u"アカウント ユーザ"},
     {means_email,
      u"email _mail_ mailadr courriel adresseelectronique _correo correoelectronico "
-     u"postaelettronica почт 邮箱 電郵 郵箱 电子邮件 メール"},
+     u"postaelettronica почт 邮箱 電郵 郵箱 电子邮件 メール _epost_ "
+     u"sahkoposti _eposta 이메일"},
     {means_phone,
      u"phone mobile _tel_ telefon handynummer _handy_ telephone _portable_ _movil_ celular "
      u"cellulare mobiel telefoon komork _msisdn_ телефон 手机 手機 电话 電話 携帯"},
@@ -35,16 +40,19 @@ constexpr word_list lists[] = {
      u"旧パス"},
     {means_new,
      u"_new_ newpass newpw newuser newemail create choose desired setpassword _reg_ signup "
-     u"atleast minimum _neu_ _neue_ _neues_ mindestens festlegen wahlen nouveau nouvelle choisi "
+     u"atleast minimum characters _neu_ _neue_ _neues_ mindestens festlegen wahlen nouveau "
+     u"nouvelle choisi "
+     u"skapa velg valj opret luo zvol vytvor uj_ alegeti olustur belirle створ _새_ 새로운 "
      u"creer aumoins _nuev elige _crea_ crear almenos nuova nuovo scegli almeno _nova_ _novo_ "
      u"escolha _crie_ aomenos nieuw kies minimaal _nowe_ _nowy_ utworz wybierz conajmniej нов "
      u"придумайте создайте неменее 新密码 新密碼 设置密码 設置密碼 至少 位以上 新しい 新規 "
      u"文字以上"},
     {means_repeated,
-     u"confirm repeat retype reenter again _verify verif repassword repasswd repwd cpassword "
-     u"cpass_ password2 passwd2 pass2_ pwd2 wiederhol bestatig nochmal erneut confirme repet "
+     u"confirm repeat retype reenter again _verify verif repassword repasswd repwd _cpassword "
+     u"_cpass_ password2 passwd2 pass2_ pwd2 wiederhol bestatig nochmal erneut confirme repet "
      u"_repit denuevo ripet conferm herhaal bevestig powtorz potwierdz повтор подтвер "
-     u"确认 確認 再次 重复 再入力 もう一度"},
+     u"确认 確認 再次 重复 再入力 もう一度 upprepa bekraft gjenta bekreft gentag bekraeft vahvista "
+     u"potvrd znovu megerosit confirma repeta tekrar onayla підтверд 확인"},
     {means_one_time,
      u"_otp otp_ otpcode onetime _2fa _mfa _totp twofactor verificationcode verifycode "
      u"authcode authenticationcode authenticatorcode smscode securitycode "
@@ -81,7 +89,10 @@ constexpr word_list lists[] = {
      u"_login login_ loginform loginbox logon signin anmeld einlogg _connexion seconnecter "
      u"identifiezvous iniciarsesion iniciasesion acceder _acceso_ accedi_ _accesso_ _entrar_ "
      u"iniciarsessao _acessar_ inloggen aanmelden zaloguj logowanie _вход_ войти авторизац "
-     u"welcomeback returningcustomer registeredcustomer _auth_ 登录 登錄 登入 ログイン サインイン"},
+     u"welcomeback returningcustomer registeredcustomer _auth_ 登录 登錄 登入 ログイン サインイン "
+     u"loggain logginn logind kirjaudu prihlas bejelentkez belepes autentific conectare "
+     u"intraincont girisyap oturumac увійти вхід 로그인 "
+     u"_masuk_ dangnhập σύνδεσ είσοδος התחבר כניסה تسجيلالدخول เข้าสู่ระบบ"},
     {means_sign_up,
      u"signup _register_ registerform _regform registration createaccount createanaccount "
      u"createyouraccount createyour newaccount newcustomer joinnow _join_ _enrol _reg_ _create_ "
@@ -89,7 +100,13 @@ constexpr word_list lists[] = {
      u"sinscrire inscrivez creeruncompte creermoncompte registrarse _registro_ registrate "
      u"crearcuenta crearunacuenta registrati registrazione iscriviti creaaccount creaunaccount "
      u"cadastr criarconta registreren registreer accountaanmaken rejestrac zarejestruj zalozkonto "
-     u"регистрац зарегистр создатьаккаунт 注册 註冊 新規登録 会員登録 アカウント作成"},
+     u"регистрац зарегистр создатьаккаунт 注册 註冊 新規登録 会員登録 アカウント作成 "
+     u"creezvotrecompte ouvriruncompte claimyour activateyour skapakonto registrera opretkonto "
+     u"opprettkonto registrerdeg luotili rekister registrace registrovat zaloz regisztra "
+     u"inregistr creeazacont _uyeol_ kaydol kayitol hesapolustur зареєстр реєстрац 회원가입 가입 "
+     u"계정만들기 vytvorit vytvorte fioklet _daftar_ buatakun dangky taotaikhoản εγγραφ "
+     u"δημιουργία הרשמ הירשם إنشاءحساب حسابجديد สมัคร becomeamember openanaccount "
+     u"openaccount tryitfree tryforfree forfree requestaccount"},
     {means_change,
      u"changepass changepw changeyourpass changeemail passwordchange updatepass "
      u"passwortandern kennwortandern modifierlemotdepasse changerlemotdepasse cambiarcontrasena "
@@ -97,6 +114,8 @@ constexpr word_list lists[] = {
      u"mudarsenha wachtwoordwijzigen zmienhaslo zmianahasla изменитьпароль сменапароля "
      u"сменитьпароль 修改密码 更改密码 修改密碼 パスワード変更 パスワードの変更 パスワードを変更"},
     {means_reset,
+     u"setpassword setyourpassword chooseyourpass createpass createapass createyourpass "
+     u"newpassword passwortfestlegen neuespasswort nouveaumotdepasse nuevacontrasena "
      u"reset forgot recover lostpass zurucksetz vergessen oublie reinitialis olvid restablec "
      u"recuper dimenticat reimpost esqueci redefinir vergeten zapomnia odzyska восстанов забыли "
      u"сброс 忘记 忘記 找回 重置 忘れ 再設定"},

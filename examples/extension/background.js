@@ -2,6 +2,7 @@
 // for that name goes to that document alone.
 import { CofferState } from "./background/coffer_state.js";
 import { Frames, isWebAddress } from "./background/frames.js";
+import { answerOwnPages } from "./background/own_pages.js";
 import { TypedLogins } from "./background/typed_logins.js";
 import { HostPort } from "./transport/index.js";
 
@@ -34,8 +35,10 @@ async function tellAllPages(message) {
   for (const tab of await api.tabs.query({})) api.tabs.sendMessage(tab.id, message).catch(() => {});
 }
 
-// The user name that the agent has for the page, which may be empty; null if it has no login.
-function loginIn(inputs) {
+// The user name that the agent has for the page, which may be empty; null if it has no login. An agent that
+// is in doubt about the page's forms may tell of its login all the same.
+function loginIn({ inputs, "known-login": known }) {
+  if (typeof known === "string") return known;
   const filled = inputs.filter((input) => input?.dbSchema);
   if (filled.length === 0) return null;
   return String(filled.find((input) => input.dbSchema === "user")?.dbvalue ?? "");
@@ -56,8 +59,10 @@ function mayFill(frame, isByUser) {
 function fill(website) {
   const { frame, request, isByUser } = parseSender(website.sender);
   if (frame === undefined || !Array.isArray(website.inputs)) return;
-  frame.login = loginIn(website.inputs);
-  if (frame.login === null || !mayFill(frame, isByUser)) return;
+  frame.login = loginIn(website);
+  if (frame.login === null) return;
+  typedLogins.hasLogin(frame);
+  if (!mayFill(frame, isByUser)) return;
   frames.tell(frame, { type: "fill", request, byUser: isByUser, inputs: answersIn(website.inputs) });
 }
 
@@ -140,57 +145,4 @@ api.runtime.onConnect.addListener((connection) => {
 
 api.tabs.onRemoved.addListener((tab) => expectedLogins.delete(tab));
 
-// Requests of the popup and the settings page, never of a web page.
-
-function isOwnPage(sender) {
-  return sender.url?.startsWith(api.runtime.getURL(""));
-}
-
-const commands = [
-  "lock-coffer",
-  "unlock-coffer",
-  "open-coffer",
-  "configure-coffer",
-  "open-settings",
-  "get-settings",
-];
-
-// The logins for the page in front. Frames of the same site share theirs.
-async function loginsInFront() {
-  const [tab] = await api.tabs.query({ active: true, lastFocusedWindow: true });
-  const logins = new Map();
-  for (const { key, source, login } of frames.ofTab(tab?.id).filter((frame) => frame.login !== null)) {
-    const host = new URL(source).host;
-    const name = JSON.stringify([host, login]);
-    if (!logins.has(name)) logins.set(name, { host, user: login, keys: [] });
-    logins.get(name).keys.push(key);
-  }
-  return [...logins.values()];
-}
-
-async function answerState(answer) {
-  const { connected, reason, locked, settings, fillsUnasked } = state;
-  const logins = locked ? [] : await loginsInFront();
-  answer({ connected, reason, locked, settings, fillsUnasked, logins });
-}
-
-const ownReceivers = {
-  command({ method }) {
-    if (!commands.includes(method)) return;
-    port.reconnect();
-    port.send({ method });
-  },
-  fill({ keys }) {
-    for (const frame of keys.map((key) => frames.find(key)).filter(Boolean)) {
-      frames.tell(frame, { type: "fill-by-user" });
-    }
-  },
-  state: (_, answer) => answerState(answer),
-};
-
-// True keeps the channel open for an answer that comes later.
-api.runtime.onMessage.addListener((message, sender, answer) => {
-  if (!isOwnPage(sender) || !Object.hasOwn(ownReceivers, message.type)) return false;
-  ownReceivers[message.type](message, answer);
-  return message.type === "state";
-});
+answerOwnPages(api, { frames, port, state });

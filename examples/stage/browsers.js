@@ -120,10 +120,14 @@ async function openChromium(home, { probe = false, folder = reference, data = jo
   };
 }
 
-// The same for Firefox. The driver can't reach pages of extensions there, so the extension itself presses the
-// popup's button; `control` is the address of the page that tells it to.
-async function openFirefox(home, { probe = false, control, data = join(home, ".mozilla/firefox/test") } = {}) {
-  const extension = writeExtension(home, probe, reference);
+// The same. Pages of extensions are out of reach here, so the extension itself presses the popup's button;
+// `control` is the address of the page that tells it to. press() does so with any element of the popup, with
+// the page `front` in front, and waits until the popup has the element `then`.
+async function openFirefox(
+  home,
+  { probe = false, folder = reference, control, data = join(home, ".mozilla/firefox/test") } = {},
+) {
+  const extension = writeExtension(home, probe, folder);
   mkdirSync(join(data, "extensions"), { recursive: true });
   const archive = join(data, "extensions", `${firefoxId}.xpi`);
   rmSync(archive, { force: true });
@@ -139,12 +143,15 @@ async function openFirefox(home, { probe = false, control, data = join(home, ".m
     },
   });
   context.setDefaultTimeout(timeout);
+  async function press(selector, then, front) {
+    const page = await openControl(context, control);
+    await front?.bringToFront();
+    await obey(page, "press", { selector, then });
+    await page.close();
+  }
   return {
     context,
-    async order(method, locked) {
-      const page = await openControl(context, control);
-      await obey(page, "press", { method, locked });
-      await page.close();
-    },
+    press,
+    order: (method, locked) => press(`[data-method=${method}]`, `body[data-locked="${locked}"]`),
   };
 }

@@ -16,16 +16,20 @@ function connect() {
   });
 }
 
-// Presses a button of the popup, and waits until the popup shows the state that should follow.
-async function press({ method, locked }) {
+// Presses an element of the popup once it is there, and waits until the popup shows what is to follow.
+async function press({ selector, then = "body" }) {
   const frame = document.createElement("iframe");
   frame.src = api.runtime.getURL("popup/popup.html");
   const loaded = new Promise((resolve) => frame.addEventListener("load", resolve));
   document.body.append(frame);
   await loaded;
   const popup = frame.contentDocument;
-  popup.querySelector(`[data-method=${method}]`).click();
-  while (popup.body.dataset.locked !== String(locked)) await new Promise((go) => setTimeout(go, 50));
+  const find = async (wanted) => {
+    while (!popup.querySelector(wanted)) await new Promise((go) => setTimeout(go, 50));
+    return popup.querySelector(wanted);
+  };
+  (await find(selector)).click();
+  await find(then);
   frame.remove();
   return {};
 }

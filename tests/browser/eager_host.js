@@ -1,5 +1,6 @@
-// A host that tries to fill every input of every page, to see what the extension allows. An input gets what
-// suits its type, unless its id names another purpose. The page "no-leave" switches automatic filling off.
+// A host that wants to fill every input of every page, to see what the extension lets it. Inputs get what
+// their types ask for, unless their ids say that they are told to be something else. Pages "no-leave-…"
+// switch the setting off that they are named after.
 import { decodeMessage, encodeMessage } from "../../examples/extension/transport/index.js";
 
 const values = { user: "user@example.org", password: "secret" };
@@ -22,7 +23,8 @@ function fill(input) {
 }
 
 function receive({ data }) {
-  if (data?.title === "no-leave") say({ "coffer-set-settings": { "pwdman.autofillEnabled": "false" } });
+  const off = /^no-leave-(.*)/.exec(data?.title)?.[1];
+  if (off) say({ "coffer-set-settings": { ...settings, [`pwdman.${off}`]: "false" } });
   if (data?.inputs) say({ coffer_info_update: { ...data, inputs: data.inputs.map(fill) } });
 }
 

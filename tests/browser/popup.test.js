@@ -51,6 +51,14 @@ test("the popup offers the logins of the page in front, and fills a stranger's f
   });
 });
 
+test("the popup fills a form that the agent is in doubt about", async () => {
+  await page.goto(site.address("plain", "/pages/doubt-refused"));
+  await withPopup(async (popup) => {
+    await press(popup, "li button");
+    await expectFilled(page, loginOf("plain"));
+  });
+});
+
 test("the popup offers what can be done, and says why nothing can", async () => {
   const offered = (popup) =>
     popup.locator("[data-method]:visible").evaluateAll((all) => all.filter((each) => !each.disabled).map((each) => each.dataset.method));
@@ -69,6 +77,21 @@ test("the popup offers what can be done, and says why nothing can", async () => 
     renameSync(`${host}.gone`, host);
     await shows(popup, "lock-coffer", "open-coffer");
   });
+});
+
+test("in Firefox the popup fills too", async () => {
+  const folder = join(root, "build/browser/popup-firefox");
+  const options = { control: site.address("control", "/plain") };
+  const own = await start(join(build, "bin/cfsetup"), "firefox", `${folder}-home`, installHost(folder, build), options);
+  try {
+    const outer = await own.context.newPage();
+    await outer.goto(site.address("outer", "/frame"));
+    await expectFilled(outer, loginOf("outer"));
+    await own.press("li:nth-child(2) button", "body", outer);
+    await expectFilled(outer.frameLocator("iframe"), loginOf("inner"));
+  } finally {
+    await own.context.close();
+  }
 });
 
 test("a worker that was put to sleep wakes for the next page", async () => {

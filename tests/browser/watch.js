@@ -1,12 +1,15 @@
-// The first content script of a watched extension: writes everything that reaches this document to the
-// console. The document's name is the time of its beginning.
+// The first content script of a watched extension: asks a site for what has reached this document, which the
+// time of its beginning names.
+const watched = globalThis.browser ?? globalThis.chrome;
+
 function report(message) {
-  console.log(`${performance.timeOrigin} received ${JSON.stringify(message)}`);
+  const text = `${performance.timeOrigin} received ${JSON.stringify(message)}`;
+  new Image().src = `http://watch.localhost:${location.port}/?${encodeURIComponent(text)}`;
 }
 
-chrome.runtime.onMessage.addListener((message) => report(message));
-const connect = chrome.runtime.connect.bind(chrome.runtime);
-chrome.runtime.connect = (...parts) => {
+watched.runtime.onMessage.addListener((message) => report(message));
+const connect = watched.runtime.connect.bind(watched.runtime);
+watched.runtime.connect = (...parts) => {
   const port = connect(...parts);
   port.onMessage.addListener((message) => report(message));
   return port;

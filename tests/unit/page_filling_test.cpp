@@ -16,8 +16,8 @@ void set(propsW_t& bag, const wide_char* key, const std::string& text) {
 }
 
 // A page as a row describes it: "title | path | input input ...". An input is
-// "type:name/label#form", with '_' for blanks in the label, '!' in front of a read-only input and
-// '*' in front of the one that the user points at. "=value" after it is what was typed.
+// "type:name/label#form" with '_' for blanks in label and form, '!' in front for a readonly one and '*'
+// for the one that the user points at. "=value" behind it is what was typed.
 std::unique_ptr<CfMsgWebsite> page_of(const std::string& row) {
   static const std::regex parts(R"(([^|]*?) *\| *(\S*) *\|(.*))");
   static const std::regex one(R"(([!*]?)(\w+):([^ /#=]*)(?:/([^ #=]*))?(?:#([^ =]*))?(?:=(\S*))?)");
@@ -38,7 +38,7 @@ std::unique_ptr<CfMsgWebsite> page_of(const std::string& row) {
     set(input, u"type", (*at)[2]);
     set(input, u"name", (*at)[3]);
     set(input, u"context", std::regex_replace((*at)[4].str(), std::regex("_"), " "));
-    set(input, u"form-context", (*at)[5]);
+    set(input, u"form-context", std::regex_replace((*at)[5].str(), std::regex("_"), " "));
     set(input, u"value", (*at)[6]);
   }
   return made;
@@ -53,6 +53,7 @@ std::string filled(const std::string& row) {
   const auto page = page_of(row);
   fill_page(*page, filled_coffer());
   std::string letters;
+  EXPECT_TRUE(value_of(page->props, u"known-login") == u"U") << row;
   for (const propsW_t& input : page->inputs) {
     const wide_view schema = value_of(input, u"cf-schema"), value = value_of(input, u"cf-value");
     EXPECT_TRUE(value == (schema == u"user" ? u"U" : schema == u"password" ? u"P" : u"")) << row;

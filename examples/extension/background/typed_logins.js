@@ -8,13 +8,26 @@ const longestWait = 15_000;
 const nextPageTime = 5000;
 const settleTime = 2000;
 
+const mostOrigins = 1000;
+
+const originOf = (frame) => new URL(frame.source).origin;
+
 export class TypedLogins {
   #save;
   #byTab = new Map();
+  #originsWithLogin = new Set();
 
   // `save` gets the frame that a login was typed into, and the page as it was sent.
   constructor(save) {
     this.#save = save;
+  }
+
+  // To be called when the agent turns out to have a login for the frame's origin. Frames of other pages, and
+  // those that it is in doubt about, tell nothing of it.
+  hasLogin(frame) {
+    this.#originsWithLogin.add(originOf(frame));
+    const [oldest] = this.#originsWithLogin;
+    if (this.#originsWithLogin.size > mostOrigins) this.#originsWithLogin.delete(oldest);
   }
 
   sent(frame, page) {
@@ -37,8 +50,7 @@ export class TypedLogins {
 
   passwordShown(frame) {
     const typed = this.#byTab.get(frame.tab);
-    const isSameSite = new URL(frame.source).origin === new URL(typed?.frame.source ?? "about:").origin;
-    if (typed?.hasLeft && isSameSite) this.#forget(frame.tab);
+    if (typed?.hasLeft && originOf(frame) === originOf(typed.frame)) this.#forget(frame.tab);
   }
 
   frameClosed(frame) {
@@ -46,9 +58,10 @@ export class TypedLogins {
     if (this.#follows(frame)) this.#finish(frame.tab);
     if (typed?.frame !== frame) return;
     typed.hasLeft = true;
-    // Without an earlier login, none can be lost.
-    if (frame.login === null) this.#finish(frame.tab);
-    else this.#wait(frame.tab, nextPageTime, () => this.#finish(frame.tab));
+    // Where there is no login yet, none can be lost.
+    const canLose = this.#originsWithLogin.has(originOf(frame));
+    if (canLose) this.#wait(frame.tab, nextPageTime, () => this.#finish(frame.tab));
+    else this.#finish(frame.tab);
   }
 
   // Whether the frame shows what came after the login.
@@ -71,6 +84,7 @@ export class TypedLogins {
   #finish(tab) {
     const { frame, page } = this.#byTab.get(tab);
     this.#forget(tab);
+    this.hasLogin(frame);
     this.#save(frame, page);
   }
 }

@@ -30,15 +30,15 @@ const pageReader = (() => {
     return [document, ...shadows.filter((root) => root !== null && root !== undefined)];
   }
 
-  // The text inputs that a person can see, in the order of the page.
-  function inputElements() {
+  // The inputs for text that a person can see, in the order of the page, and those that `isWanted` as well.
+  function inputElements(isWanted = () => false) {
     const known = new Map();
     const inputs = [];
     for (const element of elementsBelow(document)) {
       if (inputs.length === mostInputs) break;
       if (element.localName !== "input" || !textTypes.has(element.type)) continue;
       if (element.type === "password") passwords.add(element);
-      if (visibility.isSeen(element, known)) inputs.push(element);
+      if (isWanted(element) || visibility.isSeen(element, known)) inputs.push(element);
     }
     return inputs;
   }
@@ -73,13 +73,6 @@ const pageReader = (() => {
     return purpose ? `${label} [${purpose}]`.trim() : label;
   }
 
-  // Forms without a name are distinguished by their position in the page.
-  function formContextOf(input, forms) {
-    const form = input.form;
-    if (form === null) return "";
-    return form.id || form.getAttribute("name") || `form-${forms.indexOf(form)}`;
-  }
-
   function describeInput(input, forms, labels) {
     return {
       name: cut(input.name),
@@ -88,7 +81,7 @@ const pageReader = (() => {
       id: cut(input.id),
       readonly: input.readOnly || input.disabled ? "true" : "",
       context: cut(contextOf(input, labels)),
-      form_context: cut(formContextOf(input, forms)),
+      form_context: cut(forms.get(input)),
       dbSchema: schemas.get(input) ?? "",
       dbvalue: "",
     };
@@ -96,7 +89,7 @@ const pageReader = (() => {
 
   // As much as all texts of a page may take together.
   function describeInputs(elements) {
-    const forms = [...document.forms];
+    const forms = formTexts.describeForms(elements, [...elementsBelow(document)]);
     const labels = new Map();
     const inputs = [];
     let text = 0;

@@ -29,9 +29,21 @@ const submitWatcher = (() => {
     return element?.id || element?.getAttribute?.("name") || element?.textContent?.trim() || "form";
   }
 
-  // The page as the user sends it, before its scripts change anything; null if no password was typed.
+  // What can be seen, and what the user has typed that belongs to it: steps of a login hide each other, and
+  // banners and spinners cover it.
+  function sentElements() {
+    const seen = pageReader.inputElements();
+    const password = seen.find(isTypedPassword);
+    const isUser = (input) => !pageReader.passwords.has(input) && input.value !== "" && input.form === password.form;
+    if (password !== undefined && seen.some(isUser)) return seen;
+    const all = pageReader.inputElements((input) => typed.has(input) && input.value !== "");
+    const form = (password ?? all.find(isTypedPassword))?.form;
+    return all.filter((input) => seen.includes(input) || input.form === form);
+  }
+
+  // The page as the user sends it, before its scripts change anything; null without a typed password.
   function capture(by, form) {
-    const elements = pageReader.inputElements();
+    const elements = sentElements();
     const passwords = elements.filter(isTypedPassword);
     if (passwords.length === 0) return null;
     const clicked = nameOf(by);

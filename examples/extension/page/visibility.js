@@ -10,8 +10,11 @@ const visibility = (() => {
   const nowhere = { left: 0, top: 0, right: 0, bottom: 0 };
   const clippedAway = /^rect\(([01]px,? ?){4}\)$|^inset\((50|100)%/;
 
+  // A form has its inputs as properties, and they may be called like its own.
+  const parentElement = Object.getOwnPropertyDescriptor(Node.prototype, "parentElement").get;
+
   function parentOf(element) {
-    return element.assignedSlot ?? element.parentElement ?? element.getRootNode().host ?? null;
+    return element.assignedSlot ?? parentElement.call(element) ?? element.getRootNode().host ?? null;
   }
 
   function intersect(a, b) {

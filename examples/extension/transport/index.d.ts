@@ -13,7 +13,7 @@ export interface Input {
   readonly: string;
   /** What the page calls the input. */
   context: string;
-  /** The form that the input belongs to. */
+  /** The form that the input belongs to; the same text for all inputs of one form. */
   form_context: string;
   /** What the agent thinks the input is for, "user" or "password" for example; empty if nothing. */
   dbSchema: string;
@@ -66,6 +66,8 @@ export interface Website {
   sender: string;
   source?: string | null;
   "navigate-login"?: string | null;
+  /** Whose login there is for the page, filled or not; only from agents that tell. */
+  "known-login"?: string | null;
   inputs: Input[];
   dbItems: [];
   [property: string]: string | null | undefined | Input[];
