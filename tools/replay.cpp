@@ -72,7 +72,8 @@ bool replayer::play_item(host_session& session, const capture_item& item) {
     compared_.add_recorded(item.message);
     session.wait_for(++answers_);
   } else if (item.message.size() > max_request_size) {
-    return report_failure("line " + std::to_string(reader_.line()) + " holds more than a host takes");
+    return report_failure("line " + std::to_string(reader_.line()) +
+                          " holds more than a host takes");
   } else {
     session.send(item.message, envelope_size(item));
   }
@@ -125,7 +126,8 @@ bool replay_capture(const std::string& file, const std::string& host,
                     std::chrono::milliseconds quiet_time) {
   if (file == "-") return replay(stdin, host, quiet_time);
   std::FILE* const input = std::fopen(file.c_str(), "rb");
-  if (input == nullptr) return report_failure("can't read the capture " + file + ": " + std::strerror(errno));
+  if (input == nullptr)
+    return report_failure("can't read the capture " + file + ": " + std::strerror(errno));
   const bool good = replay(input, host, quiet_time);
   std::fclose(input);
   return good;

@@ -58,10 +58,10 @@ TEST(notifications, worked_example_byte_for_byte) {
 
 // The other kinds stand in the tests of foreign libraries.
 TEST(notifications, none_for_what_is_damaged) {
-  const std::string page = hex(filled_page), response = hex(u"msg::CfMsgWebsiteRsp\0"sv);
+  const std::string website = hex(filled_page), response = hex(u"msg::CfMsgWebsiteRsp\0"sv);
   std::string script;
   for (const std::string& parts :
-       {page + " length -1", page + " length 190", response + response, std::string("values 0"),
+       {website + " length -1", website + " length 190", response + response, std::string("values 0"),
         hex(u"msg::CfMsgWebsiteX\0"sv), hex(u"msg::CfMsgWebsite"sv),
         hex(open_url) + " data values -1"}) {
     script += "register deliver " + parts + '\n';

@@ -16,8 +16,8 @@ void set(propsW_t& bag, const wide_char* key, const std::string& text) {
 }
 
 // A page as a row describes it: "title | path | input input ...". An input is
-// "type:name/label#form" with '_' for blanks in label and form, '!' in front for a readonly one and '*'
-// for the one that the user points at. "=value" behind it is what was typed.
+// "type:name/label#form" with '_' for blanks in label and form, '!' in front for a readonly one and
+// '*' for the one that the user points at. "=value" behind it is what was typed.
 std::unique_ptr<CfMsgWebsite> page_of(const std::string& row) {
   static const std::regex parts(R"(([^|]*?) *\| *(\S*) *\|(.*))");
   static const std::regex one(R"(([!*]?)(\w+):([^ /#=]*)(?:/([^ #=]*))?(?:#([^ =]*))?(?:=(\S*))?)");
