@@ -15,6 +15,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 set(CFHOST_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+set(CFHOST_VECTORS "" CACHE STRING
+    "The widest vectors to use, in bytes: 32, 16, or 0 for plain code; by default all that a processor has")
 option(CFHOST_FUZZ "Build the fuzz targets of tests/fuzz (needs clang)" OFF)
 option(CFHOST_COVERAGE "Count what the tests execute (needs clang)" OFF)
 option(CFHOST_HARDEN "Build with the hardening flags of a release" OFF)
@@ -38,6 +40,10 @@ endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
   # Checks the locks that platform/checked_mutex.h describes.
   add_cxx_options(-Wthread-safety)
+endif()
+
+if(NOT CFHOST_VECTORS STREQUAL "")
+  add_compile_definitions(CFHOST_VECTORS=${CFHOST_VECTORS})
 endif()
 
 # Includes are relative to the top of the tree.

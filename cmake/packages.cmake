@@ -84,4 +84,15 @@ set(CPACK_COMPONENT_SDK_DESCRIPTION
 The headers of the interface between the host and the library that it loads, a
 static library with the code of messages, bags and settings, files for CMake and
 pkg-config, and an example.")
+if(CMAKE_CROSSCOMPILING AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  # What finds dependencies out knows the libraries of its own architecture. The programs need the C library
+  # alone, of the version that they are linked with at least.
+  execute_process(COMMAND dpkg-query -W -f "\${Version}" libc6-arm64-cross OUTPUT_VARIABLE libc_version ERROR_QUIET)
+  string(REGEX MATCH "^[0-9.]+" libc_version "${libc_version}")
+  foreach(component HOST AGENT)
+    set(CPACK_DEBIAN_${component}_PACKAGE_SHLIBDEPS OFF)
+    list(APPEND CPACK_DEBIAN_${component}_PACKAGE_DEPENDS "libc6 (>= ${libc_version})")
+    list(JOIN CPACK_DEBIAN_${component}_PACKAGE_DEPENDS ", " CPACK_DEBIAN_${component}_PACKAGE_DEPENDS)
+  endforeach()
+endif()
 include(CPack)

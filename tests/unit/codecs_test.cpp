@@ -7,18 +7,35 @@
 
 namespace {
 
-std::string encoded(const std::string& bytes) {
+std::string encoded(const std::string& bytes, int width = base64_vector_width) {
   auto length = base64_encoded_length(static_cast<std::int32_t>(bytes.size()));
   const std::unique_ptr<char[]> out(new char[static_cast<std::size_t>(length)]);
-  EXPECT_EQ(
-      base64_encode(bytes.data(), static_cast<std::int32_t>(bytes.size()), out.get(), &length), 0);
+  EXPECT_EQ(base64_encode(bytes.data(), static_cast<std::int32_t>(bytes.size()), out.get(), &length,
+                          width),
+            0);
   return {out.get(), static_cast<std::size_t>(length)};
 }
 
 TEST(Base64, EncodesTheVectorsOfTheStandard) {
-  check(encoded, R"(=> ;; f => Zg== ;; fo => Zm8= ;; foo => Zm9v ;; foob => Zm9vYg==
+  check([](const std::string& bytes) { return encoded(bytes); },
+        R"(=> ;; f => Zg== ;; fo => Zm8= ;; foo => Zm9v ;; foob => Zm9vYg==
     fooba => Zm9vYmE= ;; foobar => Zm9vYmFy)");
   EXPECT_EQ(base64_encoded_length(max_base64_input), 715'827'884);
+}
+
+TEST(Base64, GivesTheSameWithVectorsOfEachWidth) {
+  for (std::string bytes; bytes.size() < 200; bytes += static_cast<char>(bytes.size() * 37)) {
+    const std::string text = encoded(bytes, 0);
+    std::string broken = text;
+    broken.insert(broken.size() / 3, "\n");
+    for (int width = 0; width <= base64_vector_width; width += 16) {
+      EXPECT_EQ(encoded(bytes, width), text) << width;
+      std::string out(bytes.size(), '!');
+      auto length = static_cast<std::int32_t>(out.size());
+      base64_decode(broken.data(), out.data(), &length, broken.data() + broken.size(), width);
+      EXPECT_EQ(out, bytes) << width;
+    }
+  }
 }
 
 TEST(Base64, RefusesWhatItHasNoRoomFor) {
