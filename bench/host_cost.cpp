@@ -1,6 +1,6 @@
-// Measures what whole hosts cost: processor time per message in each direction, time from start to end, and
-// memory, next to programs that do the same work or none. Prints one line per result, as `compare`
-// does; the growth of our own costs with the size of messages has no ratio.
+// Measures what whole hosts cost: processor time per message in each direction, time from start to
+// end, and memory, next to programs that do the same work or none. Prints one line per result, as
+// `compare` does; the growth of our own costs with the size of messages has no ratio.
 //
 //   host_cost [--quick] [--host NAME PROGRAM [ARGUMENT...]]...
 //

@@ -80,19 +80,19 @@ test_screen::test_screen(const std::string& where) {
 
 test_screen::~test_screen() = default;
 
-// By hand, since no library for it is there on every architecture. The server tells about itself
-// first, its root window among it, and a question behind the move shows that it has been made.
+// By hand, since the library for it doesn't exist on every architecture. The server first describes
+// itself and its root window; the answer to a question after the move shows that the move was made.
 bool test_screen::move_pointer(std::int16_t x, std::int16_t y) {
   const platform::x_address address = platform::addresses_of({name.substr(1)}).front();
-  const platform::descriptor server(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const platform::descriptor screen(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
   std::vector<std::uint16_t> words;
-  const auto say = [&] { return write(server.get(), words.data(), words.size() * 2) > 0; };
+  const auto say = [&] { return write(screen.get(), words.data(), words.size() * 2) > 0; };
   const auto hear = [&](std::size_t count) {
     words.resize(count);
-    return recv(server.get(), words.data(), count * 2, MSG_WAITALL) > 0;
+    return recv(screen.get(), words.data(), count * 2, MSG_WAITALL) > 0;
   };
   words = {'l', 11, 0, 0, 0, 0};
-  if (connect(server.get(), reinterpret_cast<const sockaddr*>(&address.socket), address.size) != 0)
+  if (connect(screen.get(), reinterpret_cast<const sockaddr*>(&address.socket), address.size) != 0)
     return false;
   if (!say() || !hear(4) || !hear(words[3] * std::size_t{2})) return false;
   const std::size_t root = 16 + (words[8] + 3u) / 4 * 2 + 4 * (words[10] >> 8u);

@@ -61,8 +61,8 @@ TEST(notifications, none_for_what_is_damaged) {
   const std::string website = hex(filled_page), response = hex(u"msg::CfMsgWebsiteRsp\0"sv);
   std::string script;
   for (const std::string& parts :
-       {website + " length -1", website + " length 190", response + response, std::string("values 0"),
-        hex(u"msg::CfMsgWebsiteX\0"sv), hex(u"msg::CfMsgWebsite"sv),
+       {website + " length -1", website + " length 190", response + response,
+        std::string("values 0"), hex(u"msg::CfMsgWebsiteX\0"sv), hex(u"msg::CfMsgWebsite"sv),
         hex(open_url) + " data values -1"}) {
     script += "register deliver " + parts + '\n';
   }

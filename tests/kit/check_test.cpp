@@ -92,10 +92,11 @@ TEST_F(checked_library, tells_why_it_cannot_be_loaded) {
   EXPECT_EQ(findings(), "library-unloadable 1");
   const bool is_elf = bytes[0] == '\x7F';
   const std::size_t machine = is_elf ? 18 : bytes.find("PE\0\0") + 4;
-  bytes.replace(machine, 2, is_elf ? std::string("\xB7\0", 2) : std::string("\x64\xAA"));
+  bytes.replace(machine, 2, is_elf ? std::string("\x16\0", 2) : std::string("\x64\xAA"));
   write(bytes);
-  EXPECT_NE(run().find(" is for aarch64, this host for x86-64 [other-architecture]"),
-            std::string::npos)
+  EXPECT_NE(
+      run().find(is_elf ? " is for s390x, this host for " : " is for aarch64, this host for "),
+      std::string::npos)
       << run();
 }
 
@@ -110,6 +111,7 @@ TEST(library_facts, survive_damaged_files) {
     damaged.replace(size, 4, 4, '\xFF');
     (void)platform::facts_of_library(damaged);
   }
-  EXPECT_EQ(platform::facts_of_library(bytes).machine, "x86-64");
+  const std::string machine = platform::facts_of_library(bytes).machine;
+  EXPECT_TRUE(machine == "x86-64" || machine == "aarch64") << machine;
   EXPECT_EQ(platform::facts_of_library("\xCF\xFA\xED\xFE").system, "macOS");
 }

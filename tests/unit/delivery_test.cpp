@@ -36,13 +36,14 @@ struct slow_observer final : implements<slow_observer, iCfClientObs> {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Inlined, they would be a mismatch to the compiler where only one of a pair is.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   const bool fails = failing_allocation > 0 && --failing_allocation == 0;
   void* const memory = fails ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
   return memory != nullptr ? memory : throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 // Neither the caller nor the agent's own thread is ended by it.
 TEST(Delivery, DropsWhatMemoryIsShortFor) {

@@ -10,12 +10,13 @@
 namespace {
 
 // The slot of a virtual function, by the ABI that all our compilers follow: a pointer to it holds
-// its offset in bytes, plus one.
+// its offset in bytes, and an odd number in the first or, on arm64, the second half.
 template <class Member>
 std::size_t slot_of(Member member) {
-  std::size_t place = 0;
-  std::memcpy(&place, &member, sizeof place);
-  return place % sizeof(void*) == 1 ? place / sizeof(void*) : SIZE_MAX;
+  std::size_t halves[2];
+  static_assert(sizeof halves == sizeof member);
+  std::memcpy(halves, &member, sizeof halves);
+  return (halves[0] + halves[1]) % 2 == 1 ? halves[0] / sizeof(void*) : SIZE_MAX;
 }
 
 template <class... Members>
