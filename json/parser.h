@@ -6,6 +6,7 @@
 #pragma once
 
 #include "json/node_arena.h"
+#include "json/string_marks.h"
 
 // Parses the terminated text `source` and returns the root, or null on an error or an empty text.
 //
@@ -18,11 +19,18 @@
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator);
 
+// The same for a text whose size is known: source[size] is a NUL, and the first one ends the text.
+// `width` is as in string_marks.h.
+json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
+                      node_arena& allocator, int width = string_marks_width);
+
 // A parsed text with the arena of its nodes; the text itself is the caller's and is rewritten.
 class json_document {
  public:
   explicit json_document(char* source)
       : root_(json_parse(source, error_position_, error_text_, arena_)) {}
+  json_document(char* source, std::size_t size)
+      : root_(json_parse(source, size, error_position_, error_text_, arena_)) {}
 
   // Null for an empty text and for one that isn't JSON.
   const json_node* root() const { return root_; }
