@@ -1,5 +1,6 @@
 #include "json/parser.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -7,6 +8,9 @@
 #include "json/number_tokens.h"
 
 namespace {
+
+// The first use of wide vectors costs as much as looking through a kilobyte without them.
+constexpr std::size_t least_wide = 2048;
 
 bool is_white_space(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
@@ -303,7 +307,7 @@ json_node* json_parse(char* source, const char*& errorPos, const char*& errorDes
 json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator, int width) {
   if (*source == '\0') return nullptr;
-  parser parse(source, source + size, allocator, width);
+  parser parse(source, source + size, allocator, size < least_wide ? std::min(width, 16) : width);
   json_node* const root = parse.run(source);
   if (root == nullptr) {
     errorPos = parse.error_position();

@@ -106,7 +106,8 @@ std::int32_t reassemble_fragment(char* frame, std::size_t size, std::string& tex
 
   std::optional<std::string> gathered = store.take(id);
   if (!gathered) return refuse(e);
-  gathered->resize(decode_message(gathered->data(), gathered->size()));
   text = std::move(*gathered);
+  const std::size_t decoded = decode_message(text.data(), text.size());
+  text.resize(decoded);
   return 0;
 }

@@ -86,6 +86,12 @@ void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
 
 void put(char*& out, char32_t b) { *out++ = static_cast<char>(b); }
 
+void put_three(char32_t c, char*& out) {
+  put(out, 0xE0 | c >> 12);
+  put(out, 0x80 | (c >> 6 & 0x3F));
+  put(out, 0x80 | (c & 0x3F));
+}
+
 void put_code_point(char32_t c, char*& out) {
   if (c < 0x80) {
     put(out, c);
@@ -93,9 +99,7 @@ void put_code_point(char32_t c, char*& out) {
     put(out, 0xC0 | c >> 6);
     put(out, 0x80 | (c & 0x3F));
   } else if (c < 0x10000) {
-    put(out, 0xE0 | c >> 12);
-    put(out, 0x80 | (c >> 6 & 0x3F));
-    put(out, 0x80 | (c & 0x3F));
+    put_three(c, out);
   } else {
     put(out, 0xF0 | c >> 18);
     put(out, 0x80 | (c >> 12 & 0x3F));
@@ -133,7 +137,10 @@ std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out
     } else {
       convert_sequence(in, end, out);
       // Where one is that takes two bytes there are more, with ASCII in between.
-      if (end - in > shortest_run) two_byte_runs::widen(in, end, out);
+      if (end - in <= shortest_run) continue;
+      const two_byte_runs::widened done = two_byte_runs::widen(in, end, out);
+      in = done.in;
+      out = done.out;
     }
   }
   return static_cast<std::size_t>(out - start);
@@ -150,11 +157,14 @@ std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out
       while (in < end && *in < 0x80) put(out, *in++);
     } else if (takes_three_bytes(*in)) {
       do {
-        put_code_point(*in++, out);
+        put_three(*in++, out);
       } while (in < end && takes_three_bytes(*in));
     } else {
       put_code_point(take_code_point(in, end), out);
-      if (end - in >= shortest_run) two_byte_runs::narrow(in, end, out);
+      if (end - in < shortest_run) continue;
+      const two_byte_runs::narrowed done = two_byte_runs::narrow(in, end, out);
+      in = done.in;
+      out = done.out;
     }
   }
   return static_cast<std::size_t>(out - start);

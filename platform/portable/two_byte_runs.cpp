@@ -68,7 +68,8 @@ CFHOST_SSSE3 inline __m128i either(__m128i choice, __m128i chosen, __m128i other
 }
 
 // Each lane is joined with the byte behind it, and continuations are left out.
-CFHOST_SSSE3 void widen_steps(const unsigned char*& in, const unsigned char* end, wide_char*& out) {
+CFHOST_SSSE3 widened widen_steps(const unsigned char* in, const unsigned char* end,
+                                 wide_char* out) {
   while (end - in >= 9) {
     const __m128i bytes = eight_bytes(in), next = eight_bytes(in + 1);
     const __m128i lead =
@@ -77,21 +78,22 @@ CFHOST_SSSE3 void widen_steps(const unsigned char*& in, const unsigned char* end
     const __m128i known =
         _mm_or_si128(_mm_cmpgt_epi16(all(0x80), bytes), _mm_or_si128(lead, continued));
     const __m128i whole = _mm_cmpeq_epi16(is_continuation(next), lead);
-    if (_mm_movemask_epi8(_mm_and_si128(known, whole)) != 0xFFFF) return;
+    if (_mm_movemask_epi8(_mm_and_si128(known, whole)) != 0xFFFF) break;
     const unsigned left_out = lanes(continued);
-    if ((left_out & 1) != 0) return;
+    if ((left_out & 1) != 0) break;
     const __m128i joined = _mm_or_si128(_mm_slli_epi16(bits(bytes, 0x1F), 6), bits(next, 0x3F));
     store(out, _mm_shuffle_epi8(either(lead, joined, bytes), load(&without_chosen[left_out])));
     out += 8 - std::popcount(left_out);
     in += 8 + (_mm_extract_epi16(lead, 7) & 1);
   }
+  return {in, out};
 }
 
-CFHOST_SSSE3 void narrow_steps(const wide_char*& in, const wide_char* end, char*& out) {
+CFHOST_SSSE3 narrowed narrow_steps(const wide_char* in, const wide_char* end, char* out) {
   for (; end - in >= 8; in += 8) {
     const __m128i units = load(in);
     if (_mm_movemask_epi8(_mm_cmpeq_epi16(bits(units, 0xF800), _mm_setzero_si128())) != 0xFFFF) {
-      return;
+      break;
     }
     const __m128i takes_two = _mm_cmpgt_epi16(units, all(0x7F));
     const __m128i first = _mm_or_si128(_mm_srli_epi16(units, 6), all(0xC0));
@@ -101,18 +103,19 @@ CFHOST_SSSE3 void narrow_steps(const wide_char*& in, const wide_char* end, char*
                                 load(&chosen_whole[whole])));
     out += 8 + std::popcount(whole);
   }
+  return {in, out};
 }
 
 const bool can_shuffle = vector_width() >= 16;
 
 }  // namespace
 
-void widen(const unsigned char*& in, const unsigned char* end, wide_char*& out) {
-  if (can_shuffle) widen_steps(in, end, out);
+widened widen(const unsigned char* in, const unsigned char* end, wide_char* out) {
+  return can_shuffle ? widen_steps(in, end, out) : widened{in, out};
 }
 
-void narrow(const wide_char*& in, const wide_char* end, char*& out) {
-  if (can_shuffle) narrow_steps(in, end, out);
+narrowed narrow(const wide_char* in, const wide_char* end, char* out) {
+  return can_shuffle ? narrow_steps(in, end, out) : narrowed{in, out};
 }
 
 }  // namespace two_byte_runs
@@ -121,8 +124,8 @@ void narrow(const wide_char*& in, const wide_char* end, char*& out) {
 
 namespace two_byte_runs {
 
-void widen(const unsigned char*&, const unsigned char*, wide_char*&) {}
-void narrow(const wide_char*&, const wide_char*, char*&) {}
+widened widen(const unsigned char* in, const unsigned char*, wide_char* out) { return {in, out}; }
+narrowed narrow(const wide_char* in, const wide_char*, char* out) { return {in, out}; }
 
 }  // namespace two_byte_runs
 

@@ -2,17 +2,26 @@
 // script mix them, converted eight elements at a time where the processor can.
 //
 // Both functions convert from the start of the input, as far as it is of that kind and whole steps
-// fit, and move both positions on. They may write behind what they report, but not beyond one unit
-// for each byte of the input, or three bytes for each unit.
+// fit, and give both positions behind that. They may write behind what they report, but not beyond
+// one unit for each byte of the input, or three bytes for each unit.
 #pragma once
 
 #include "platform/wide.h"
 
 namespace two_byte_runs {
 
-// `in` is the first byte of a character.
-void widen(const unsigned char*& in, const unsigned char* end, wide_char*& out);
+// By value: a position whose address is known elsewhere is stored again with each byte.
+template <class From, class To>
+struct positions {
+  const From* in;
+  To* out;
+};
+using widened = positions<unsigned char, wide_char>;
+using narrowed = positions<wide_char, char>;
 
-void narrow(const wide_char*& in, const wide_char* end, char*& out);
+// `in` is the first byte of a character.
+widened widen(const unsigned char* in, const unsigned char* end, wide_char* out);
+
+narrowed narrow(const wide_char* in, const wide_char* end, char* out);
 
 }  // namespace two_byte_runs
