@@ -6,6 +6,7 @@
 
 #include "json/escapes.h"
 #include "json/number_tokens.h"
+#include "json/string_marks.h"
 
 namespace {
 
@@ -305,9 +306,16 @@ json_node* json_parse(char* source, const char*& errorPos, const char*& errorDes
 }
 
 json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
+                      node_arena& allocator) {
+  const int widest = size < least_wide ? 16 : 32;
+  return json_parse(source, size, errorPos, errorDesc, allocator,
+                    std::min(string_marks_width, widest));
+}
+
+json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator, int width) {
   if (*source == '\0') return nullptr;
-  parser parse(source, source + size, allocator, size < least_wide ? std::min(width, 16) : width);
+  parser parse(source, source + size, allocator, width);
   json_node* const root = parse.run(source);
   if (root == nullptr) {
     errorPos = parse.error_position();

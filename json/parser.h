@@ -5,8 +5,9 @@
 // or array with nothing before it. docs/protocol.md describes it in full.
 #pragma once
 
+#include <cstddef>
+
 #include "json/node_arena.h"
-#include "json/string_marks.h"
 
 // Parses the terminated text `source` and returns the root, or null on an error or an empty text.
 //
@@ -20,9 +21,12 @@ json_node* json_parse(char* source, const char*& errorPos, const char*& errorDes
                       node_arena& allocator);
 
 // The same for a text whose size is known: source[size] is a NUL, and the first one ends the text.
-// `width` is as in string_marks.h.
 json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
-                      node_arena& allocator, int width = string_marks_width);
+                      node_arena& allocator);
+
+// The same with vectors of this width, at most string_marks_width; the result doesn't depend on it.
+json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
+                      node_arena& allocator, int width);
 
 // A parsed text with the arena of its nodes; the text itself is the caller's and is rewritten.
 class json_document {

@@ -13,12 +13,8 @@ const int string_marks_width = vector_width() == 32 && __builtin_cpu_supports("b
 
 namespace {
 
-// In two steps: a text that was copied just now is still on its way to the cache, in stores that a
-// load of 32 bytes may lie across, and then it would wait for both.
 CFHOST_WIDE inline __m256i load(const char* at) {
-  const auto* const halves = reinterpret_cast<const __m128i*>(at);
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(halves)),
-                                 _mm_loadu_si128(halves + 1), 1);
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
 }
 
 CFHOST_WIDE inline std::uint64_t bits_of(__m256i first, __m256i second) {
