@@ -4,6 +4,7 @@
 
 #include "bridge/methods.h"
 #include "host/diagnostics/diagnostics.h"
+#include "json/member_name.h"
 #include "json/parser.h"
 
 namespace {
@@ -18,10 +19,8 @@ struct request {
 request read_request(const json_node& root) {
   request r;
   for (const json_node& child : children_of(root)) {
-    if (child.name == nullptr) continue;
-    const std::string_view name = child.name;
-    if (name == "method" && child.kind == kind_string) r.method = child.value.string;
-    if (name == "data") r.data = &child;
+    if (is_named(child, "method") && child.kind == kind_string) r.method = child.value.string;
+    if (is_named(child, "data")) r.data = &child;
   }
   return r;
 }
@@ -36,7 +35,7 @@ const method* find_method(std::string_view name) {
 }  // namespace
 
 std::int32_t dispatch_method(std::string& text) {
-  const json_document parsed(text.data());
+  const json_document parsed(text.data(), text.size());
   if (!dump_off) {
     log_line("json_parse: root=%p errorPos=%s errorDesc=%s\r\n",
              static_cast<const void*>(parsed.root()), text_or_na(parsed.error_position()),

@@ -1,8 +1,7 @@
 #include "bridge/page.h"
 
-#include <cstring>
-
 #include "bridge/input_record.h"
+#include "json/member_name.h"
 #include "platform/platform.h"
 
 namespace {
@@ -51,11 +50,6 @@ constexpr std::size_t most_page_properties =
 // Room for the properties that pages rarely have, keys included.
 constexpr std::size_t rare_property_units = 64;
 
-bool is_named(const json_node& member, const char* key) {
-  // Most names differ in their first letter, which saves the call.
-  return member.name[0] == key[0] && std::strcmp(member.name, key) == 0;
-}
-
 // Converts the text right where it will stay. False, with `target` untouched, if the text can't be
 // converted.
 bool to_wide(wide_view& target, const json_node& text, text_map::filler& bag) {
@@ -85,7 +79,7 @@ bool take_field(const json_node& member, const Field (&fields)[Count], std::size
   for (std::size_t tried = 0; tried < Count; ++tried) {
     const Field& field = fields[next];
     next = next + 1 < Count ? next + 1 : 0;
-    const char* const name = field.json_key.text().data();  // a literal, so it's terminated
+    const std::string_view name = field.json_key.text();
     if (take_string_member(member, name, record.*field.member, bag)) return true;
   }
   return false;
@@ -154,7 +148,7 @@ bool page_json_to_website(const json_node* node, CfMsgWebsite* message) {
   return true;
 }
 
-bool take_string_member(const json_node& member, const char* key, wide_view& target,
+bool take_string_member(const json_node& member, std::string_view key, wide_view& target,
                         text_map::filler& bag) {
   if (!is_named(member, key)) return false;
   if (member.kind == kind_string) to_wide(target, member, bag);

@@ -33,8 +33,8 @@ bool page_json_to_website(const json_node* node, CfMsgWebsite* message);
 
 // True if the member has this name. If so, a string replaces `target`, converted in the memory of
 // `bag`; null empties it; any other kind, or a string that can't be converted, leaves it as it is.
-// The member must have a name.
-bool take_string_member(const json_node& member, const char* key, wide_view& target,
+// The member must have a name, and `key` be a literal.
+bool take_string_member(const json_node& member, std::string_view key, wide_view& target,
                         text_map::filler& bag);
 
 // Writes the eleven strings that have a key in the bag, empty ones too. Flags are stored elsewhere.

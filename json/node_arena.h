@@ -20,10 +20,13 @@ struct arena_block {
 // again as the largest page needs if all its inputs are taken.
 constexpr std::uint64_t max_arena_memory = std::uint64_t{64} * 1024 * 1024;
 
+struct arena_slab;
+
 struct node_arena {
   arena_block* head;         // newest block; null while the arena is empty
   std::uint64_t block_size;  // bytes of a new block, header included
   std::uint64_t memory_left = max_arena_memory;
+  arena_slab* slabs = nullptr;  // what the blocks of a large text are cut from
 };
 
 // A small message fits one block.
@@ -45,8 +48,40 @@ inline json_node* arena_alloc(node_arena& allocator) {
   return new (room) json_node;
 }
 
+// A node that was just taken is to hold a number, which may be a secret. Nodes hold no other: texts
+// stay where they were parsed. So memory without one isn't overwritten before it is given back.
+void arena_note_number(node_arena& allocator);
+
 // Frees all blocks; harmless on an empty arena.
 void arena_release(node_arena& allocator);
+
+// Takes many nodes of an arena, which nobody else may do meanwhile.
+class arena_nodes {
+ public:
+  explicit arena_nodes(node_arena& allocator) : allocator_(allocator) { find_room(); }
+  ~arena_nodes() { leave_room(); }
+  arena_nodes(const arena_nodes&) = delete;
+  arena_nodes& operator=(const arena_nodes&) = delete;
+
+  // As arena_alloc.
+  json_node* take() {
+    if (left_ == 0 && !add_room()) return nullptr;
+    --left_;
+    return next_++;
+  }
+
+  // The node taken last is to hold a number.
+  void note_number() { arena_note_number(allocator_); }
+
+ private:
+  bool add_room();
+  void find_room();
+  void leave_room();
+
+  node_arena& allocator_;
+  json_node* next_ = nullptr;
+  std::size_t left_ = 0;  // nodes that fit behind it
+};
 
 // An empty arena of the default block size that is released at the end of its scope.
 struct scoped_node_arena : node_arena {

@@ -5,6 +5,8 @@
 // or array with nothing before it. docs/protocol.md describes it in full.
 #pragma once
 
+#include <cstddef>
+
 #include "json/node_arena.h"
 
 // Parses the terminated text `source` and returns the root, or null on an error or an empty text.
@@ -18,11 +20,21 @@
 json_node* json_parse(char* source, const char*& errorPos, const char*& errorDesc,
                       node_arena& allocator);
 
+// The same for a text whose size is known: source[size] is a NUL, and the first one ends the text.
+json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
+                      node_arena& allocator);
+
+// The same with vectors of this width, at most string_marks_width; the result doesn't depend on it.
+json_node* json_parse(char* source, std::size_t size, const char*& errorPos, const char*& errorDesc,
+                      node_arena& allocator, int width);
+
 // A parsed text with the arena of its nodes; the text itself is the caller's and is rewritten.
 class json_document {
  public:
   explicit json_document(char* source)
       : root_(json_parse(source, error_position_, error_text_, arena_)) {}
+  json_document(char* source, std::size_t size)
+      : root_(json_parse(source, size, error_position_, error_text_, arena_)) {}
 
   // Null for an empty text and for one that isn't JSON.
   const json_node* root() const { return root_; }

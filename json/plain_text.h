@@ -31,13 +31,31 @@ inline std::uint64_t interrupting_tops(const char* at) {
   return interrupting_tops(word);
 }
 
-// Sixteen bytes at once: one bit for each, the first byte lowest. The multiplication gathers the
-// top bits of eight bytes into one byte.
-inline unsigned interrupting_bits_wordwise(const char* at) {
+// The top bit of each byte that is `c`, which is ASCII.
+inline std::uint64_t equal_tops(const char* at, char c) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  constexpr std::uint64_t tops = 0x80 * ones;
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  const std::uint64_t different =
+      ((word & ~tops) ^ ones * static_cast<unsigned char>(c)) + 0x7F * ones;
+  return ~(different | word) & tops;
+}
+
+// The top bits of sixteen bytes, the first one lowest. The multiplication gathers eight in one
+// byte.
+inline unsigned gathered_tops(std::uint64_t first, std::uint64_t second) {
   constexpr std::uint64_t gather = 0x0102040810204080;
-  const std::uint64_t low = (interrupting_tops(at) >> 7) * gather >> 56;
-  const std::uint64_t high = (interrupting_tops(at + 8) >> 7) * gather >> 56;
-  return static_cast<unsigned>(high << 8 | low);
+  return static_cast<unsigned>((second >> 7) * gather >> 56 << 8 | (first >> 7) * gather >> 56);
+}
+
+// Sixteen bytes at once, a bit for each, the first one lowest.
+inline unsigned interrupting_bits_wordwise(const char* at) {
+  return gathered_tops(interrupting_tops(at), interrupting_tops(at + 8));
+}
+
+inline unsigned equal_bits_wordwise(const char* at, char c) {
+  return gathered_tops(equal_tops(at, c), equal_tops(at + 8, c));
 }
 
 #if CFHOST_HAS_VECTORS

@@ -58,8 +58,8 @@ void* take_block() {
   return block != nullptr ? block : ::operator new(kept_block_size);
 }
 
-void give_block_back(void* block) {
-  platform::wipe(block, kept_block_size);
+void give_block_back(void* block, std::size_t used) {
+  platform::wipe(block, used);
   if (keep(block)) return;
   ::operator delete(block);
   note_spare_memory(kept_block_size);

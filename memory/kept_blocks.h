@@ -17,5 +17,5 @@ void* take_block();
 // system for just their own size instead.
 void* take_block_at_hand();
 
-// Takes a block back, and wipes it.
-void give_block_back(void* block);
+// Takes a block back, and wipes the first `used` bytes of it, all that were written to.
+void give_block_back(void* block, std::size_t used = kept_block_size);

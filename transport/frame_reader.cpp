@@ -66,7 +66,7 @@ std::int32_t read_message(std::string& message, std::FILE* input, fragment_store
                static_cast<int>(std::strlen(ibuf.get())));
     }
     std::string text;
-    reassemble_fragment(ibuf.get(), text, store);
+    reassemble_fragment(ibuf.get(), actual_read, text, store);
     if (!text.empty()) {
       held_input.store(platform::read_ahead(input), std::memory_order_relaxed);
       message = std::move(text);

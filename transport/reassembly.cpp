@@ -1,11 +1,13 @@
 #include "transport/reassembly.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "host/diagnostics/diagnostics.h"
+#include "json/member_name.h"
 #include "json/parser.h"
 #include "transport/codecs/base64.h"
 #include "transport/fragment_store.h"
@@ -26,24 +28,23 @@ struct inbound_envelope {
 
 // A member of the wrong kind for its key counts as absent; of several, the last one counts.
 void take_member(const json_node& child, inbound_envelope& e) {
-  const std::string_view name = child.name;
-  if (name == "id" && child.kind == kind_string) {
+  if (is_named(child, "id") && child.kind == kind_string) {
     if (!dump_off) log_line("id=%s\r\n", child.value.string);
     e.id = text_of(child);
-  } else if (name == "fragment" && child.kind == kind_string) {
+  } else if (is_named(child, "fragment") && child.kind == kind_string) {
     if (!dump_off) log_line("fragment=%s\r\n", child.value.string);
     if (text_of(child) == "final") e.closing = true;
-  } else if (name == "fragment" && child.kind == kind_int) {
+  } else if (is_named(child, "fragment") && child.kind == kind_int) {
     if (!dump_off) log_line("fragment=%d\r\n", child.value.integer);
     e.number = child.value.integer;
-  } else if (name == "msg" && child.kind == kind_string) {
+  } else if (is_named(child, "msg") && child.kind == kind_string) {
     if (!dump_off) log_line("msg=%s\r\n", child.value.string);
     e.msg = text_of(child);
   }
 }
 
-inbound_envelope read_inbound_envelope(char* frame) {
-  const json_document parsed(frame);
+inbound_envelope read_inbound_envelope(char* frame, std::size_t size) {
+  const json_document parsed(frame, size);
   if (!dump_off) {
     log_line("json_parse reconstruct: root=%p errorPos=%s errorDesc=%s\r\n",
              static_cast<const void*>(parsed.root()), text_or_na(parsed.error_position()),
@@ -67,14 +68,13 @@ std::int32_t refuse(const inbound_envelope& e) {
   return 1;
 }
 
-// Decodes `gathered` in place, up to the first NUL of the decoded text. The decoder fails only for
-// lack of room, and the decoded text is never longer.
-void decode_message(std::string& gathered) {
-  auto length = static_cast<std::int32_t>(gathered.size());
-  char* const text = gathered.data();
-  base64_decode(text, text, &length, text + gathered.size());
-  gathered.resize(static_cast<std::size_t>(length));
-  gathered.resize(std::strlen(gathered.c_str()));
+// Decodes a text where it lies, up to the first NUL of the decoded text, and gives the size. The
+// decoder refuses nothing but a lack of room, and there is room for more than comes out.
+std::size_t decode_message(char* text, std::size_t size) {
+  auto length = static_cast<std::int32_t>(size);
+  base64_decode(text, text, &length, text + size);
+  const std::string_view decoded(text, static_cast<std::size_t>(length));
+  return std::min(decoded.find('\0'), decoded.size());
 }
 
 }  // namespace
@@ -87,17 +87,27 @@ fragment_store& process_store() {
 }
 
 std::int32_t reassemble_fragment(char* frame, std::string& text, fragment_store& store) {
-  const inbound_envelope e = read_inbound_envelope(frame);
+  return reassemble_fragment(frame, std::strlen(frame), text, store);
+}
+
+std::int32_t reassemble_fragment(char* frame, std::size_t size, std::string& text,
+                                 fragment_store& store) {
+  const inbound_envelope e = read_inbound_envelope(frame, size);
   if (!e.usable()) return refuse(e);
   const std::string id(e.id);
   // Most messages come in one piece, which needs no place in the store.
-  const bool whole = e.closing && !store.contains(id);
-  const bool kept = whole || store.append(id, e.msg);
+  if (e.closing && !store.contains(id)) {
+    char* const msg = frame + (e.msg.empty() ? 0 : e.msg.data() - frame);
+    text.assign(msg, decode_message(msg, e.msg.size()));
+    return 0;
+  }
+  const bool kept = store.append(id, e.msg);
   if (!e.closing) return kept ? 0 : refuse(e);
 
-  std::optional<std::string> gathered = whole ? std::string(e.msg) : store.take(id);
+  std::optional<std::string> gathered = store.take(id);
   if (!gathered) return refuse(e);
-  decode_message(*gathered);
   text = std::move(*gathered);
+  const std::size_t decoded = decode_message(text.data(), text.size());
+  text.resize(decoded);
   return 0;
 }

@@ -3,6 +3,7 @@
 // Pieces are joined in order of arrival; ids may interleave. Main thread only.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -20,3 +21,7 @@ fragment_store& process_store();
 // message is dropped. Pieces of a dropped message are refused, the closing one included.
 std::int32_t reassemble_fragment(char* frame, std::string& text,
                                  fragment_store& store = process_store());
+
+// The same for an envelope whose size is known.
+std::int32_t reassemble_fragment(char* frame, std::size_t size, std::string& text,
+                                 fragment_store& store);

@@ -75,10 +75,9 @@ void put_encoded(std::string& packet, std::string_view bytes) {
 // Each frame holds whole groups of base64 characters, so each piece can be encoded by itself, right
 // into its frame.
 bool send_pieces(std::string_view text, std::string_view id, std::FILE* output) {
-  const std::size_t empty_size = make_reply_packet(id, {}, final_fragment).size();
-  const std::size_t room = (max_output_size - empty_size) / 4 * 3;
-  std::string packet;
-  packet.reserve(max_output_size);
+  std::string packet = make_reply_packet(id, {}, final_fragment);
+  const std::size_t room = (max_output_size - packet.size()) / 4 * 3;
+  packet.clear();
   put_reply_start(packet, id);
   const std::size_t start_size = packet.size();
   std::int32_t fragment = 0;

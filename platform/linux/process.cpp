@@ -29,15 +29,31 @@ void make_waiting(int fd) {
   if (flags >= 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
 }
 
-// The room known to be left in a page of a pipe.
+// What a pipe takes that was ready, or empty, and to which so much has been written since. A write
+// joins the one before if both fit a page. Bytes that are read meanwhile only make more room.
 struct pipe_room {
   int fd = -1;
-  std::size_t left = 0;
+  std::size_t left = 0;   // of the page that was written to last
+  std::size_t pages = 0;  // that nothing was written to yet
+
+  bool take(std::size_t size) {
+    if (size > left && (pages == 0 || size > PIPE_BUF)) return false;
+    if (size > left) {
+      --pages;
+      left = PIPE_BUF;
+    }
+    left -= size;
+    return true;
+  }
 };
 
-// Whether several writes share a page of the pipe, as they do unless it is in packet mode.
-bool joins_writes(int fd) {
-  return fcntl(fd, F_GETPIPE_SZ) > 0 && (fcntl(fd, F_GETFL) & O_DIRECT) == 0;
+// Whether a page of the pipe takes several writes, as it does unless they are packets.
+bool joins_writes(int fd) { return (fcntl(fd, F_GETFL) & O_DIRECT) == 0; }
+
+// Pages of a pipe; 0 for anything else.
+std::size_t pipe_pages(int fd) {
+  const int size = fcntl(fd, F_GETPIPE_SZ);
+  return size > 0 ? static_cast<std::size_t>(size / sysconf(_SC_PAGESIZE)) : 0;
 }
 
 // poll reports a pipe that hangs up, but not how much is left in it, nor the end of a file. Those
@@ -48,6 +64,11 @@ constexpr int asking_interval = 20;  // in milliseconds
 std::size_t unread_bytes(int fd) {
   int count = 0;
   return ioctl(fd, FIONREAD, &count) == 0 ? static_cast<std::size_t>(std::max(count, 0)) : 0;
+}
+
+bool is_known_empty(int fd) {
+  int count = 0;
+  return ioctl(fd, FIONREAD, &count) == 0 && count == 0;
 }
 
 bool is_file(int fd) {
@@ -155,19 +176,21 @@ std::size_t read_ahead(std::FILE* input) {
   return static_cast<std::size_t>(input->_IO_read_end - input->_IO_read_ptr);
 }
 
-// Until a page has been written since the pipe was last ready, it still has room and needn't be
-// asked.
+// Nothing is asked while a pipe has room for certain: all of it has if it was found empty, and one
+// page if it was found ready.
 bool wait_for_output(std::FILE* output, std::size_t size, input_question has_to_serve,
                      std::chrono::milliseconds timeout) {
   static pipe_room room;
   const int fd = fileno(output);
-  if (room.fd == fd && size <= room.left) {
-    room.left -= size;
-    return true;
-  }
+  if (room.fd == fd && room.take(size)) return true;
   room = {};
-  if (!wait_until_ready(fd, has_to_serve, timeout)) return false;
-  if (size <= PIPE_BUF && joins_writes(fd)) room = {fd, PIPE_BUF - size};
+  const std::size_t pages = pipe_pages(fd);
+  const bool is_empty = pages > 0 && is_known_empty(fd);
+  if (!is_empty && !wait_until_ready(fd, has_to_serve, timeout)) return false;
+  if (pages > 0 && joins_writes(fd)) {
+    room = {fd, 0, is_empty ? pages : 1};
+    room.take(size);
+  }
   return true;
 }
 

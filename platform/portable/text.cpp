@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 #include "platform/portable/ascii_runs.h"
+#include "platform/portable/two_byte_runs.h"
 
 namespace platform {
 namespace {
@@ -14,6 +15,7 @@ constexpr std::ptrdiff_t shortest_run = 8;
 bool is_continuation(byte b) { return (b & 0xC0) == 0x80; }
 bool is_high_surrogate(wide_char u) { return (u & 0xFC00) == 0xD800; }
 bool is_low_surrogate(wide_char u) { return (u & 0xFC00) == 0xDC00; }
+bool takes_three_bytes(wide_char u) { return u >= 0x800 && (u & 0xF800) != 0xD800; }
 
 // Whether a lead byte may be followed by this one (Unicode table 3-7). The ranges exclude overlong
 // forms, values above U+10FFFF, and surrogates, which is_three_bytes lets in if they are whole.
@@ -84,6 +86,12 @@ void convert_sequence(const byte*& in, const byte* end, wide_char*& out) {
 
 void put(char*& out, char32_t b) { *out++ = static_cast<char>(b); }
 
+void put_three(char32_t c, char*& out) {
+  put(out, 0xE0 | c >> 12);
+  put(out, 0x80 | (c >> 6 & 0x3F));
+  put(out, 0x80 | (c & 0x3F));
+}
+
 void put_code_point(char32_t c, char*& out) {
   if (c < 0x80) {
     put(out, c);
@@ -91,9 +99,7 @@ void put_code_point(char32_t c, char*& out) {
     put(out, 0xC0 | c >> 6);
     put(out, 0x80 | (c & 0x3F));
   } else if (c < 0x10000) {
-    put(out, 0xE0 | c >> 12);
-    put(out, 0x80 | (c >> 6 & 0x3F));
-    put(out, 0x80 | (c & 0x3F));
+    put_three(c, out);
   } else {
     put(out, 0xF0 | c >> 18);
     put(out, 0x80 | (c >> 12 & 0x3F));
@@ -115,8 +121,9 @@ char32_t take_code_point(const wide_char*& in, const wide_char* end) {
 
 std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out) {
   const auto* in = reinterpret_cast<const byte*>(text);
-  if (ascii_runs::widen_short(in, length, out)) return length;
   const byte* const end = in + length;
+  // A text that begins otherwise is of another script.
+  if (in < end && *in < 0x80 && ascii_runs::widen_short(in, length, out)) return length;
   const wide_char* const start = out;
   while (in < end) {
     if (*in < 0x80) {
@@ -129,22 +136,35 @@ std::size_t utf8_to_utf16(const char* text, std::uint32_t length, wide_char* out
       } while (in < end && is_three_bytes(in, end));
     } else {
       convert_sequence(in, end, out);
+      // Where one is that takes two bytes there are more, with ASCII in between.
+      if (end - in <= shortest_run) continue;
+      const two_byte_runs::widened done = two_byte_runs::widen(in, end, out);
+      in = done.in;
+      out = done.out;
     }
   }
   return static_cast<std::size_t>(out - start);
 }
 
 std::size_t utf16_to_utf8(const wide_char* text, std::uint32_t length, char* out) {
-  if (ascii_runs::narrow_short(text, length, out)) return length;
   const wide_char* in = text;
   const wide_char* const end = in + length;
+  if (in < end && *in < 0x80 && ascii_runs::narrow_short(text, length, out)) return length;
   const char* const start = out;
   while (in < end) {
     if (*in < 0x80) {
       if (end - in >= shortest_run) ascii_runs::narrow(in, end, out);
       while (in < end && *in < 0x80) put(out, *in++);
+    } else if (takes_three_bytes(*in)) {
+      do {
+        put_three(*in++, out);
+      } while (in < end && takes_three_bytes(*in));
     } else {
       put_code_point(take_code_point(in, end), out);
+      if (end - in < shortest_run) continue;
+      const two_byte_runs::narrowed done = two_byte_runs::narrow(in, end, out);
+      in = done.in;
+      out = done.out;
     }
   }
   return static_cast<std::size_t>(out - start);

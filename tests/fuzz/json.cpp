@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "json/parser.h"
+#include "json/string_marks.h"
 #include "json/writer.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tools/setup/lenient_json.h"
@@ -172,7 +173,9 @@ void check_text(const std::string& text) {
   if (text.size() % 4 == 0) arena.memory_left = (1 + text.size() % 32) * arena.block_size;
   const std::size_t room = arena.memory_left / arena.block_size *
                            ((arena.block_size - sizeof(arena_block)) / sizeof(json_node));
-  const json_node* const root = json_parse(source.data(), position, description, arena);
+  const int width = std::min(string_marks_width, static_cast<int>(text.size()) % 3 * 16);
+  const json_node* const root =
+      json_parse(source.data(), source.size(), position, description, arena, width);
   const bool too_many = description == std::string_view("Too many values");
   require(too_many ? expected.values >= room : expected.values <= room, "values are bounded");
   require(too_many || description == expected.error, "the text has this error, or none");
