@@ -1,7 +1,7 @@
 // Base64 (RFC 4648, standard alphabet). The encoder writes one unbroken, padded line. The decoder
 // is lenient: it skips every byte outside the alphabet, padding included, and checks neither length
-// nor padding. Neither writes a terminator. Every width of vectors up to `base64_vector_width` gives
-// the same results.
+// nor padding. Neither writes a terminator. Every width of vectors up to `base64_vector_width`
+// gives the same results.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Base64 on 16 or 32 characters at a time, where the processor can do it. Both functions handle as
-// much of the start of their input as they can, in steps of `width`, and leave the rest to the plain
-// code. `width` may be at most `base64_vector_width`.
+// much of the start of their input as they can, in steps of `width`, and leave the rest to the
+// plain code. `width` may be at most `base64_vector_width`.
 #pragma once
 
 #include <cstddef>
