@@ -1,5 +1,5 @@
-// Which bytes of a text are quotes, and which others a string can't simply hold: a bit for each
-// byte, the first one lowest, many at once.
+// Which bytes of a text are quotes, and which others can't stand in a string as they are. There is
+// a bit for each byte; the lowest is the first byte's.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ struct byte_marks {
   }
 };
 
-// A look at sixteen bytes.
+// Examines sixteen bytes.
 using marks_of_sixteen = byte_marks(const char* at);
 
 // On any processor.
@@ -55,8 +55,8 @@ byte_marks marks_of_block(const char* at) {
   return marks;
 }
 
-// Of the last `size` bytes of a text of `text_size`, fewer than a block. No byte is read that isn't
-// the text's: the last look is at sixteen that end where the text does.
+// The marks of the last `size` bytes, fewer than a block, of a text of `text_size`. Reads no byte
+// outside the text: the last step takes the sixteen bytes that end where the text does.
 template <marks_of_sixteen Look>
 byte_marks marks_of_end(const char* end, std::size_t size, std::size_t text_size) {
   const char* const at = end - size;
@@ -72,7 +72,7 @@ byte_marks marks_of_end(const char* end, std::size_t size, std::size_t text_size
   return marks;
 }
 
-// Of the others, those that are backslashes.
+// Which of the others are backslashes.
 inline std::uint64_t backslashes_among(std::uint64_t others, const char* at) {
   std::uint64_t backslashes = 0;
   for (; others != 0; others &= others - 1) {

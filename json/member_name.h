@@ -1,4 +1,4 @@
-// Asks for a member of an object by its name.
+// Compares the names of members.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 #include "json/node.h"
 
-// By two words that overlap, where one call would take longer than the comparison.
+// Two words that overlap: calling memcmp would take longer than the comparison itself.
 template <class Word>
 bool same_ends(const char* a, const char* b, std::size_t size) {
   Word differences[4];
@@ -26,8 +26,8 @@ inline bool same_bytes(const char* a, const char* b, std::size_t size) {
   return size >= 2 ? same_ends<std::uint16_t>(a, b, size) : *a == *b;
 }
 
-// Whether the member has a name and it is this one, a literal of the program. In front of a string
-// lies at least its name with the terminator, so that much can be compared at once.
+// Whether the member has this name, a literal of the program. The value of a string member lies
+// after its name, so the bytes between the two may be compared at once.
 inline bool is_named(const json_node& member, std::string_view name) {
   if (member.name == nullptr || member.name[0] != name[0]) return false;
   if (member.kind != kind_string) return member.name == name;

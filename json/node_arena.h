@@ -48,14 +48,15 @@ inline json_node* arena_alloc(node_arena& allocator) {
   return new (room) json_node;
 }
 
-// A node that was just taken is to hold a number, which may be a secret. Nodes hold no other: texts
-// stay where they were parsed. So memory without one isn't overwritten before it is given back.
+// To be called for a node that will hold a number, right after it was taken. A number may be a
+// secret, and nodes hold no other: texts stay where they were parsed. Memory that held no number
+// isn't overwritten before it is given back.
 void arena_note_number(node_arena& allocator);
 
 // Frees all blocks; harmless on an empty arena.
 void arena_release(node_arena& allocator);
 
-// Takes many nodes of an arena, which nobody else may do meanwhile.
+// Takes many nodes from an arena. Nobody else may take any while this exists.
 class arena_nodes {
  public:
   explicit arena_nodes(node_arena& allocator) : allocator_(allocator) { find_room(); }
@@ -80,7 +81,7 @@ class arena_nodes {
 
   node_arena& allocator_;
   json_node* next_ = nullptr;
-  std::size_t left_ = 0;  // nodes that fit behind it
+  std::size_t left_ = 0;  // nodes that still fit there
 };
 
 // An empty arena of the default block size that is released at the end of its scope.

@@ -10,19 +10,19 @@
 
 namespace {
 
-// The first use of wide vectors costs as much as looking through a kilobyte without them.
+// The first use of wide vectors costs as much as scanning a kilobyte without them.
 constexpr std::size_t least_wide = 2048;
 
 bool is_white_space(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// No byte of a token is one of the two.
 bool may_be_white_space(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
 bool ends_number(char c) {
   return is_white_space(c) || c == ',' || c == ']' || c == '}' || c == '\0';
 }
 
-// Whether a text goes on with this word. None of its bytes is NUL, so its end isn't passed.
+// Whether the text continues with this word. No byte of a word is NUL, so the text's end isn't
+// passed.
 bool goes_on_with(const char* at, std::string_view word) {
   for (const char c : word) {
     if (*at++ != c) return false;
@@ -122,14 +122,14 @@ class parser {
   }
 
   // A key and its string value, and all further pairs of that kind as long as only the usual
-  // punctuation stands between them. Most of a page consists of such pairs. The
-  // positions come from the marks, so that no step waits for the text of the one before.
+  // punctuation stands between them. Most of a page consists of such pairs. The positions come from
+  // the marks, so no step has to wait for the text of the step before.
   char* string_members(char* key) {
     json_node* const object = top_;
     json_node* last = object->last_child;
     char* const* mark = marks_.begin();
     for (;;) {
-      // Of the key, of the value, and one more: the bytes before it can be looked at.
+      // The ends of key and value, and one mark more: the bytes up to that one may be read.
       if (marks_.end() - mark < 3) {
         marks_.take_to(mark);
         marks_.look_on();

@@ -4,14 +4,14 @@
 
 namespace {
 
-// For each place whether the number of bits up to it, itself included, is odd. Of quotes: whether
-// the byte lies in a string, or opens one.
+// For each place, whether the number of bits up to and including it is odd. If the bits are quotes,
+// that means the byte lies in a string or opens one.
 constexpr std::uint64_t odd_up_to(std::uint64_t bits) {
   for (int distance = 1; distance < 64; distance *= 2) bits ^= bits << distance;
   return bits;
 }
 
-// Stores the places that `found` tells of, from `at` on.
+// Stores the addresses of the bytes whose bits are set in `found`; the first belongs to `at`.
 char** store(char** out, char* at, std::uint64_t found) {
   for (; found != 0; found &= found - 1) *out++ = at + __builtin_ctzll(found);
   return out;
@@ -19,7 +19,7 @@ char** store(char** out, char* at, std::uint64_t found) {
 
 }  // namespace
 
-// About once for a kilobyte of a page.
+// Called about once for each kilobyte of a page.
 void string_marks::look_on() {
   if (ended_) return;
   last_ = std::copy(first_, static_cast<char* const*>(last_), marks_);
@@ -36,8 +36,8 @@ void string_marks::look_on() {
   }
 }
 
-// Backslashes come in runs, and every second one of a run is escaped. Added to its first bit, a run
-// is carried beyond its end: that tells the runs which begin at even places from the others.
+// Backslashes come in runs, in which every second one is escaped. Adding a run's first bit carries
+// beyond its end, which tells runs that begin at even places from the others.
 [[gnu::noinline]] std::uint64_t string_marks::ends_among_others(byte_marks marks,
                                                                 std::uint64_t backslashes) {
   constexpr std::uint64_t even = 0x5555555555555555;

@@ -1,4 +1,4 @@
-// The look at blocks where a vector has 32 bytes.
+// The scan of blocks with vectors of 32 bytes.
 #include "json/string_marks.h"
 
 #if CFHOST_HAS_AVX2
@@ -37,8 +37,8 @@ CFHOST_WIDE inline std::uint64_t odd_up_to_wide(std::uint64_t bits) {
   return static_cast<std::uint64_t>(_mm_cvtsi128_si64(product));
 }
 
-// One question less for each place than in a plain loop. Most blocks have no more places than are
-// stored without any; what is stored in excess is overwritten.
+// Saves the loop's test for each place: most blocks have no more places than are stored without
+// one. What is stored beyond the last place is overwritten later.
 CFHOST_WIDE inline char** store_wide(char** out, char* at, std::uint64_t found) {
   constexpr int stored_unasked = 8;
   char** const end = out + _mm_popcnt_u64(found);
@@ -48,7 +48,7 @@ CFHOST_WIDE inline char** store_wide(char** out, char* at, std::uint64_t found) 
   return end;
 }
 
-// Whether nothing in a block needs a look. A byte that does becomes zero in one of three ways.
+// Whether a block has no byte to mark. Each of the three kinds becomes zero in its own way.
 CFHOST_WIDE inline bool is_plain_block(__m256i first, __m256i second) {
   const __m256i least = _mm256_min_epu8(
       _mm256_min_epu8(_mm256_subs_epu8(first, _mm256_set1_epi8(0x1F)),

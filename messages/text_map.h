@@ -107,7 +107,7 @@ class text_map::batch {
 };
 
 // Fills an empty map in key order. Keys are constants of the program; values are made in the map's
-// own memory. The map may not be used while a filler is open on it.
+// own memory. Until the last `add`, nothing else may change the map.
 class text_map::filler {
  public:
   // Allocates memory for `pairs` pairs, and for values of `units` in all, terminators included. No
