@@ -31,7 +31,7 @@ std::string reassemble(const std::string& envelope) {
 
 std::vector<received_reply> replies_in(std::string_view frames) {
   std::string complaint;
-  const auto replies = replies_in(frames, complaint);
+  auto replies = replies_in(frames, complaint);
   EXPECT_EQ(complaint, "");
   return replies;
 }
