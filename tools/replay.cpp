@@ -54,10 +54,12 @@ class replayer {
   std::optional<capture_item> end_;
 };
 
-// False if the rest of the capture can't be played. If the session is over, its own reason stands.
+// False if the rest of the capture can't be played. If the session is over, its own reason stands;
+// it may be over early because the recorded one was, which the capture's end tells.
 bool replayer::play(host_session& session) {
   std::string error;
   while (const std::optional<capture_item> item = reader_.next(error)) {
+    if (item->kind == capture_kind::end) end_ = item;
     if (session.failure().empty() && !play_item(session, *item)) return false;
   }
   session.wait_quiet();
@@ -66,7 +68,6 @@ bool replayer::play(host_session& session) {
 
 bool replayer::play_item(host_session& session, const capture_item& item) {
   if (item.kind == capture_kind::unread) ++unread_;
-  if (item.kind == capture_kind::end) end_ = item;
   if (item.kind != capture_kind::message) return true;
   if (item.from_host) {
     compared_.add_recorded(item.message);
