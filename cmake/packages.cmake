@@ -81,9 +81,9 @@ set(CPACK_DEBIAN_SDK_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_SDK_PACKAGE_SUGGESTS "cfhost, cmake | pkg-config")
 set(CPACK_COMPONENT_SDK_DESCRIPTION
 "Kit for writing client libraries for cfhost
-The headers of the interface between the host and the library that it loads, a
-static library with the code of messages, bags and settings, files for CMake and
-pkg-config, and an example.")
+The headers of the interface between the host and the library that it loads,
+a static library with the code of messages, bags and settings, files for CMake
+and pkg-config, and an example.")
 if(CMAKE_CROSSCOMPILING AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
   # What finds dependencies out knows the libraries of its own architecture. The programs need the C library
   # alone, of the version that they are linked with at least.
