@@ -1,11 +1,10 @@
-// What happens when the agent has no memory left: what it was working on is dropped, and both it
-// and the host, which no exception may reach, live on.
+// Keeps exceptions from the host. When the agent has no memory left, it drops what it was working
+// on, and both go on.
 #pragma once
 
 #include <exception>
 
-// True if `work` gives true. False also if it ends by an exception; what it owned has been given
-// back then.
+// The result of `work`, or false if it throws; whatever it owned has been released then.
 template <class Work>
 bool attempt(Work work) noexcept {
   try {

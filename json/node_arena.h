@@ -64,7 +64,7 @@ class arena_nodes {
   arena_nodes(const arena_nodes&) = delete;
   arena_nodes& operator=(const arena_nodes&) = delete;
 
-  // As arena_alloc.
+  // Like arena_alloc.
   json_node* take() {
     if (left_ == 0 && !add_room()) return nullptr;
     --left_;

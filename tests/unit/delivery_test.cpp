@@ -18,11 +18,11 @@ namespace {
 
 using namespace std::literals;
 
-// The allocation of the thread that fails, counted down; none once it is 0.
+// Which of the thread's next allocations fails: 1 is the next one, 0 means none.
 thread_local int failing_allocation = 0;
 
-// Doesn't return from `notify` while it is held. While memory is short one more allocation succeeds
-// in what comes next on the thread, until all of them have.
+// Doesn't return from `notify` while it is held. While memory is short, each call makes a later
+// allocation of its thread fail than the call before, until none is left to fail.
 struct slow_observer final : implements<slow_observer, iCfClientObs> {
   std::int32_t notify(iCfMsg*) override {
     while (hold) std::this_thread::yield();
@@ -36,7 +36,7 @@ struct slow_observer final : implements<slow_observer, iCfClientObs> {
 
 }  // namespace
 
-// Inlined, they would be a mismatch to the compiler where only one of a pair is.
+// Not inlined: where the compiler inlines only one of a pair, it warns that the two don't match.
 [[gnu::noinline]] void* operator new(std::size_t size) {
   const bool fails = failing_allocation > 0 && --failing_allocation == 0;
   void* const memory = fails ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
@@ -45,7 +45,7 @@ struct slow_observer final : implements<slow_observer, iCfClientObs> {
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-// Neither the caller nor the agent's own thread is ended by it.
+// A lack of memory ends neither the caller nor the agent's own thread.
 TEST(Delivery, DropsWhatMemoryIsShortFor) {
   static slow_observer observer;
   auto* const client = static_cast<iCfClient*>(Api()->getInterface(client_interface));
