@@ -13,7 +13,7 @@
 static_assert(sizeof(arena_block) % alignof(json_node) == 0);
 static_assert(default_arena_block_size == kept_block_size);
 
-// Memory for many blocks. Its header is as large as keeps them aligned.
+// Memory for many blocks. The alignment of its header keeps the blocks after it aligned.
 struct alignas(16) arena_slab {
   arena_slab* older;
   arena_block* head_before;  // the newest block outside
@@ -34,7 +34,7 @@ std::uint64_t memory_taken(const node_arena& allocator) {
   return max_arena_memory - allocator.memory_left;
 }
 
-// The operators would wipe all of it in the end.
+// Not by operator new: its counterpart would wipe the whole slab when it is freed.
 void add_slab(node_arena& allocator) {
   const std::size_t size =
       std::clamp(std::size_t{4} * memory_taken(allocator), least_slab, largest_slab);
@@ -86,7 +86,7 @@ bool arena_add_block(node_arena& allocator) {
   return true;
 }
 
-// What is left of the newest block.
+// Takes over what is left of the newest block.
 void arena_nodes::find_room() {
   if (allocator_.head == nullptr) return;
   const arena_block& block = *allocator_.head;
